@@ -167,6 +167,38 @@ class CountSink {
   std::size_t m_n = 0;
 };
 
+// Appends to a string through a small cache-resident buffer: the string is reserved at its upper bound, which
+// costs address space only, so a conversion touches no more memory than its result needs.
+template <class T>
+class AppendSink {
+ public:
+  AppendSink(std::basic_string<T>& out, std::size_t upperBound) : m_out(out) { m_out.reserve(m_out.size() + upperBound); }
+  ~AppendSink() { Flush(); }
+  AppendSink(const AppendSink&) = delete;
+  AppendSink& operator=(const AppendSink&) = delete;
+  T* Room(std::size_t k) {
+    if (kSize - m_n < k) Flush();
+    T* r = m_buf + m_n;
+    m_n += k;
+    return r;
+  }
+  bool Put(T c) {
+    if (m_n == kSize) Flush();
+    m_buf[m_n++] = c;
+    return true;
+  }
+  void Flush() {
+    m_out.append(m_buf, m_n);
+    m_n = 0;
+  }
+
+ private:
+  static constexpr std::size_t kSize = 4096;
+  std::basic_string<T>& m_out;
+  T m_buf[kSize];
+  std::size_t m_n = 0;
+};
+
 // --- UTF-8 -----------------------------------------------------------------------------------------------
 
 // Decodes UTF-8; each maximal invalid subsequence becomes one U+FFFD and sets invalid.
@@ -482,23 +514,30 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const char16_t* src, int cch
 }
 
 std::u16string Utf8ToUtf16(std::string_view utf8) {
-  // Never more units than bytes: a four-byte sequence gives two units, every invalid byte at most one.
-  std::u16string out(utf8.size(), u'\0');
-  BufferSink<char16_t> sink(out.data(), out.size());
-  bool invalid = false;
-  DecodeUtf8(reinterpret_cast<const unsigned char*>(utf8.data()), utf8.size(), sink, invalid);
-  out.resize(sink.Count());
+  std::u16string out;
+  {
+    // Never more units than bytes: a four-byte sequence gives two units, every invalid byte at most one.
+    AppendSink<char16_t> sink(out, utf8.size());
+    bool invalid = false;
+    DecodeUtf8(reinterpret_cast<const unsigned char*>(utf8.data()), utf8.size(), sink, invalid);
+  }
   return out;
 }
 
-std::string Utf16ToUtf8(std::u16string_view utf16) {
-  std::string out(utf16.size() * 3, '\0');
-  BufferSink<char> sink(out.data(), out.size());
+namespace {
+std::string Utf16ToUtf8Checked(std::u16string_view utf16, bool* replaced) {
+  std::string out;
   bool invalid = false;
-  EncodeUtf8(utf16.data(), utf16.size(), sink, invalid);
-  out.resize(sink.Count());
+  {
+    AppendSink<char> sink(out, utf16.size() * 3);
+    EncodeUtf8(utf16.data(), utf16.size(), sink, invalid);
+  }
+  if (invalid && replaced) *replaced = true;
   return out;
 }
+}  // namespace
+
+std::string Utf16ToUtf8(std::u16string_view utf16) { return Utf16ToUtf8Checked(utf16, nullptr); }
 
 std::u16string Utf32ToUtf16(std::wstring_view utf32) {
   std::u16string out;
@@ -522,10 +561,11 @@ std::u16string CodePageToUtf16(UINT codePage, std::string_view text) {
   const CodePageEntry* entry = FindEntry(codePage);
   if (entry && entry->singleByte) {
     if (const SingleByteCodec* codec = GetCodec(*entry)) {
-      out.resize(text.size());
-      BufferSink<char16_t> sink(out.data(), out.size());
-      bool invalid = false;
-      DecodeSingleByte(*codec, reinterpret_cast<const unsigned char*>(text.data()), text.size(), sink, invalid);
+      {
+        AppendSink<char16_t> sink(out, text.size());
+        bool invalid = false;
+        DecodeSingleByte(*codec, reinterpret_cast<const unsigned char*>(text.data()), text.size(), sink, invalid);
+      }
       return out;
     }
   } else if (entry && detail::IconvDecode(entry->iconvName, text, out)) {
@@ -542,11 +582,12 @@ std::string Utf16ToCodePage(UINT codePage, std::u16string_view text, char defaul
   const CodePageEntry* entry = codePage == CP_UTF8 ? nullptr : FindEntry(codePage);
   if (entry && entry->singleByte) {
     if (const SingleByteCodec* codec = GetCodec(*entry)) {
-      std::string out(text.size(), '\0');
-      BufferSink<char> sink(out.data(), out.size());
+      std::string out;
       bool used = false;
-      EncodeSingleByte(*codec, text.data(), text.size(), sink, fallback, used);
-      out.resize(sink.Count());
+      {
+        AppendSink<char> sink(out, text.size());
+        EncodeSingleByte(*codec, text.data(), text.size(), sink, fallback, used);
+      }
       if (used && usedDefault) *usedDefault = true;
       return out;
     }
@@ -554,13 +595,7 @@ std::string Utf16ToCodePage(UINT codePage, std::u16string_view text, char defaul
     std::string out;
     if (detail::IconvEncode(entry->iconvName, ToCodePoints(text), fallback, usedDefault, out)) return out;
   }
-  std::string out(text.size() * 3, '\0');
-  BufferSink<char> sink(out.data(), out.size());
-  bool invalid = false;
-  EncodeUtf8(text.data(), text.size(), sink, invalid);
-  out.resize(sink.Count());
-  if (invalid && usedDefault) *usedDefault = true;
-  return out;
+  return Utf16ToUtf8Checked(text, usedDefault);
 }
 
 }  // namespace quarrix

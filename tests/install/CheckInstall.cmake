@@ -1,0 +1,33 @@
+# Installs the build into a scratch prefix, then builds and runs a consumer through find_package and checks
+# that pkg-config reports the library. Run with -DBUILD_DIR=... -DSOURCE_DIR=... -DWORK_DIR=...
+file(REMOVE_RECURSE ${WORK_DIR})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${WORK_DIR}/prefix
+                RESULT_VARIABLE rc OUTPUT_QUIET)
+if(rc)
+  message(FATAL_ERROR "cmake --install failed")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/consumer -B ${WORK_DIR}/consumer -G Ninja
+                        -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix -DCMAKE_BUILD_TYPE=Release
+                RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "find_package(Quarrix CONFIG) failed from the install prefix")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK_DIR}/consumer RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "the consumer did not build against the installed headers and library")
+endif()
+execute_process(COMMAND ${WORK_DIR}/consumer/consumer RESULT_VARIABLE rc OUTPUT_VARIABLE out)
+if(rc)
+  message(FATAL_ERROR "the consumer failed: ${out}")
+endif()
+message(STATUS "consumer said: ${out}")
+file(GLOB_RECURSE pc ${WORK_DIR}/prefix/*/quarrix.pc)
+if(NOT pc)
+  message(FATAL_ERROR "no quarrix.pc installed")
+endif()
+get_filename_component(pcdir ${pc} DIRECTORY)
+execute_process(COMMAND env PKG_CONFIG_PATH=${pcdir} pkg-config --libs quarrix RESULT_VARIABLE rc OUTPUT_VARIABLE libs)
+if(rc OR NOT libs MATCHES "-lquarrix")
+  message(FATAL_ERROR "pkg-config does not know quarrix: ${libs}")
+endif()
+file(REMOVE_RECURSE ${WORK_DIR})
