@@ -9,6 +9,7 @@
 #include <quarrix/framework/Format.h>
 #include <quarrix/framework/LastError.h>
 #include <quarrix/framework/MessageBox.h>
+#include <quarrix/framework/NativePath.h>
 #include <quarrix/framework/Trace.h>
 #include <quarrix/framework/Types.h>
 #include <quarrix/framework/Unicode.h>
