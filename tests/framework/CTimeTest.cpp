@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <ctime>
 
 using namespace quarrix;
@@ -116,6 +117,11 @@ TEST(CTimeTest, FormatFollowsStrftime) {
     EXPECT_EQ(t.FormatGmt(r.format), CString(r.expected)) << r.name << " (GMT)";
   }
   EXPECT_EQ(t.Format(nullptr), CString());
+  const CTime farFuture(INT64_MAX);
+  struct tm tm;
+  EXPECT_EQ(farFuture.GetLocalTm(&tm), nullptr) << "beyond the years struct tm holds";
+  EXPECT_EQ(farFuture.Format(u"%Y"), CString());
+  EXPECT_EQ(farFuture.FormatGmt(u"%Y"), CString());
 
   const CString dashes125(u'-', 125);
   EXPECT_EQ(t.Format(u"%H" + dashes125), u"13" + dashes125) << "exactly 127 units";

@@ -22,7 +22,7 @@ using quarrix::test::ScopedAnsiCodePage;
 
 namespace {
 
-// The C library's text for the same specification: the oracle for numbers.
+// What the C library prints for the same format: the oracle for numbers.
 template <class... Args>
 std::string CText(const std::string& format, Args... args) {
   const int n = std::snprintf(nullptr, 0, format.c_str(), args...);
@@ -172,10 +172,10 @@ TEST(FormatTest, IntegersMatchSnprintfWithWindowsSizes) {
     for (const std::string& flags : AllFlagSets())
       for (const char* width : widths)
         for (const char* precision : precisions) {
-          const std::string spec = "%" + flags + width + precision;
+          const std::string head = "%" + flags + width + precision;
           for (const IntegerSize& size : sizes) {
-            const std::string format = spec + size.prefix + conversion;
-            const std::string cFormat = spec + "ll" + conversion;
+            const std::string format = head + size.prefix + conversion;
+            const std::string cFormat = head + "ll" + conversion;
             for (long long v : values)
               m.Compare(Ours(format, v), CText(cFormat, Reduce(v, size.bits, isSigned)),
                         format + " of " + std::to_string(v));
