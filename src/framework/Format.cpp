@@ -379,7 +379,7 @@ void FormatAppend(std::basic_string<Ch>& out, const Ch* format, std::span<const 
     else if (p[0] == 'h') { s.intBits = 16; ++p; s.narrowChar = true; }
     else if (p[0] == 'l' && p[1] == 'l') { s.intBits = 64; p += 2; }
     else if (p[0] == 'l' || p[0] == 'w') { s.intBits = 32; ++p; }
-    else if (p[0] == 'L' || p[0] == 'q') { s.intBits = 64; s.longDouble = true; ++p; }
+    else if (p[0] == 'L') { s.intBits = 64; s.longDouble = true; ++p; }
     else if (p[0] == 'I' && p[1] == '6' && p[2] == '4') { s.intBits = 64; p += 3; }
     else if (p[0] == 'I' && p[1] == '3' && p[2] == '2') { s.intBits = 32; p += 3; }
     else if (p[0] == 'I' || p[0] == 'z' || p[0] == 'j' || p[0] == 't') { s.intBits = 8 * sizeof(void*); ++p; }

@@ -22,6 +22,10 @@ class Descriptor {
     return iconv(m_cd, const_cast<char**>(&in), &inLeft, &out, &outLeft);
   }
   void reset() { iconv(m_cd, nullptr, nullptr, nullptr, nullptr); }
+  // Writes out whatever the descriptor still holds back; false when it does not fit.
+  bool flush(char*& out, std::size_t& outLeft) {
+    return iconv(m_cd, nullptr, nullptr, &out, &outLeft) != static_cast<std::size_t>(-1);
+  }
 
  private:
   iconv_t m_cd;
@@ -41,7 +45,10 @@ bool IconvSingleByteTable(const char* iconvName, std::int32_t (&table)[256]) {
     std::size_t outLeft = sizeof buf;
     cd.reset();
     table[b] = -1;
-    if (cd.convert(in, inLeft, out, outLeft) != static_cast<std::size_t>(-1) && sizeof buf - outLeft == 4) {
+    // Code pages with combining marks (1255, 1258) hold a base letter back until they see what follows;
+    // the flush releases it, else every such letter would look undefined.
+    if (cd.convert(in, inLeft, out, outLeft) != static_cast<std::size_t>(-1) && cd.flush(out, outLeft) &&
+        sizeof buf - outLeft == 4) {
       table[b] = static_cast<std::int32_t>(buf[0] | buf[1] << 8 | buf[2] << 16 | static_cast<unsigned>(buf[3]) << 24);
     }
   }

@@ -143,7 +143,10 @@ class QUARRIX_API CStringT {
   }
   template <class... Args>
   void AppendFormat(PCXSTR pszFormat, const Args&... args) {
-    detail::FormatAppendArgs<Ch>(m_str, pszFormat ? pszFormat : EmptyText(), args...);
+    // The format or an argument may point into this string, which growing it would move: expand aside.
+    StringType out;
+    detail::FormatAppendArgs<Ch>(out, pszFormat ? pszFormat : EmptyText(), args...);
+    m_str += out;
   }
 
   CStringT& operator+=(const CStringT& s) { return Append(s); }
