@@ -35,9 +35,9 @@ std::string FromWide(const wchar_t* p, char) {
 }
 
 [[noreturn]] void ThrowIndex(int index, int length, bool endAllowed) {
-  CString detail;
-  detail.Format(u"index %d is outside 0..%d", index, endAllowed ? length : length - 1);
-  AfxThrowInvalidArgException(detail);
+  const int last = endAllowed ? length : length - 1;
+  AfxThrowInvalidArgException(last < 0 ? cstringf(u"index %d is outside the empty string", index)
+                                       : cstringf(u"index %d is outside 0..%d", index, last));
 }
 
 }  // namespace
@@ -351,29 +351,24 @@ CStringT<Ch>& CStringT<Ch>::Trim(PCXSTR pszTargets) {
   return TrimRight(pszTargets).TrimLeft(pszTargets);
 }
 
+// Ordinal comparison by unsigned unit over the whole string, embedded NULs included, so that comparison,
+// equality and hashing agree; psz ends at its NUL. Without embedded NULs this is wcscmp's order.
 template <class Ch>
 int CStringT<Ch>::Compare(PCXSTR psz) const noexcept {
-  // Ordinal, unit by unit, as unsigned values (wcscmp on Windows), up to the first NUL of either side.
-  const Ch* a = m_str.c_str();
-  const Ch* b = psz ? psz : EmptyText();
-  using U = std::make_unsigned_t<Ch>;
-  for (;; ++a, ++b) {
-    const U x = static_cast<U>(*a), y = static_cast<U>(*b);
-    if (x != y) return x < y ? -1 : 1;
-    if (x == 0) return 0;
-  }
+  const int r = view().compare(ViewType(psz ? psz : EmptyText()));
+  return r < 0 ? -1 : r > 0 ? 1 : 0;
 }
 
 template <class Ch>
 int CStringT<Ch>::CompareNoCase(PCXSTR psz) const noexcept {
-  const Ch* a = m_str.c_str();
-  const Ch* b = psz ? psz : EmptyText();
+  const ViewType a = view(), b(psz ? psz : EmptyText());
   using U = std::make_unsigned_t<Ch>;
-  for (;; ++a, ++b) {
-    const U x = static_cast<U>(LowerUnit(*a)), y = static_cast<U>(LowerUnit(*b));
+  const std::size_t n = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < n; ++i) {
+    const U x = static_cast<U>(LowerUnit(a[i])), y = static_cast<U>(LowerUnit(b[i]));
     if (x != y) return x < y ? -1 : 1;
-    if (x == 0) return 0;
   }
+  return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
 template <class Ch>

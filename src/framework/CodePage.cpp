@@ -374,14 +374,14 @@ std::u32string ToCodePoints(std::u16string_view s) {
 UINT GetAnsiCodePage() noexcept { return g_ansiCodePage.load(); }
 
 bool SetAnsiCodePage(UINT codePage) {
-  if (codePage == CP_ACP || codePage == CP_OEMCP || codePage == CP_THREAD_ACP || !IsValidCodePage(codePage))
-    return false;
-  g_ansiCodePage.store(Resolve(codePage));
+  if (!IsValidCodePage(codePage)) return false;
+  g_ansiCodePage.store(codePage);
   return true;
 }
 
 BOOL IsValidCodePage(UINT codePage) {
-  codePage = Resolve(codePage);
+  // The pseudo code pages only stand for others, as on Windows.
+  if (codePage == CP_ACP || codePage == CP_OEMCP || codePage == 2 || codePage == CP_THREAD_ACP) return FALSE;
   if (codePage == CP_UTF8) return TRUE;
   const CodePageEntry* e = FindEntry(codePage);
   return e && IsUsable(*e) ? TRUE : FALSE;

@@ -13,6 +13,8 @@
 namespace quarrix::detail {
 namespace {
 
+constexpr int kMaxWidth = 1'000'000;
+
 struct Spec {
   bool left = false;
   bool plus = false;
@@ -342,15 +344,15 @@ void FormatAppend(std::basic_string<Ch>& out, const Ch* format, std::span<const 
       else if (*p == '#') s.alt = true;
       else break;
     }
-    const char* starProblem = nullptr;
+    const char* problem = nullptr;
     auto starValue = [&](const char* bad) -> int {
       if (next >= args.size()) {
-        starProblem = "MISSING";
+        problem = "MISSING";
         return 0;
       }
       const FormatArg& a = args[next++];
       if (!IsInteger(a)) {
-        starProblem = bad;
+        problem = bad;
         return 0;
       }
       const long long v = a.kind == FormatArg::Signed ? a.i : static_cast<long long>(std::min<unsigned long long>(a.u, INT_MAX));
@@ -391,6 +393,12 @@ void FormatAppend(std::basic_string<Ch>& out, const Ch* format, std::span<const 
     }
     ++p;
     s.conversion = conv < 0x80 ? static_cast<char>(conv) : '?';
+    if (conv == '%') {  // "%5%" prints a lone '%', as glibc does
+      out.push_back('%');
+      continue;
+    }
+    // A width or precision this large is a mistake, not a layout: refuse it before it asks for gigabytes.
+    if (s.width > kMaxWidth || s.precision > kMaxWidth) problem = s.width > kMaxWidth ? "BADWIDTH" : "BADPREC";
 
     enum Want { Integer, Floating, Character, Text, Address, Refused, Unknown } want;
     switch (conv) {
@@ -411,8 +419,8 @@ void FormatAppend(std::basic_string<Ch>& out, const Ch* format, std::span<const 
       continue;
     }
     const FormatArg& a = args[next++];
-    if (starProblem) {
-      w.Marker(conv, starProblem);
+    if (problem) {
+      w.Marker(conv, problem);
       continue;
     }
     switch (want) {

@@ -75,6 +75,10 @@ bool IconvDecode(const char* iconvName, std::string_view text, std::u16string& o
       cd.reset();
     }
   }
+  char* o = reinterpret_cast<char*>(buf);
+  std::size_t oLeft = sizeof buf;
+  cd.flush(o, oLeft);  // whatever a stateful decoder still holds back
+  out.append(buf, (sizeof buf - oLeft) / sizeof(char16_t));
   return true;
 }
 
@@ -96,13 +100,11 @@ bool IconvEncode(const char* iconvName, std::u32string_view text, char defaultCh
       out.append(buf, sizeof buf - oLeft);
     }
   }
-  // Flush any shift state so that stateful encodings end in their initial state.
+  // Stateful encodings end in their initial state.
   char buf[16];
   char* o = buf;
   std::size_t oLeft = sizeof buf;
-  const char* none = nullptr;
-  std::size_t zero = 0;
-  cd.convert(none, zero, o, oLeft);
+  cd.flush(o, oLeft);
   out.append(buf, sizeof buf - oLeft);
   return true;
 }

@@ -247,6 +247,19 @@ TEST(CStringTest, ComparisonIsOrdinalByUnsignedUnit) {
   EXPECT_EQ(CStringA("aBc").CompareNoCase("AbC"), 0);
 }
 
+// Embedded NULs take part in every comparison, so that equality, ordering and hashing agree.
+TEST(CStringTest, EmbeddedNulsCompareConsistently) {
+  const CString a(u"a\0b", 3), b(u"a\0c", 3), prefix(u"a");
+  EXPECT_NE(a, b);
+  EXPECT_LT(a, b);
+  EXPECT_EQ(a.Compare(b), 1) << "b passed as a C string ends at its NUL: \"a\"";
+  EXPECT_GT(a.Compare(u"a"), 0);
+  EXPECT_GT(a, prefix);
+  EXPECT_NE(a, u"a");
+  EXPECT_NE(std::hash<CString>{}(a), std::hash<CString>{}(b));
+  EXPECT_EQ(CString(u"A\0x", 3).CompareNoCase(CString(u"a\0X", 3)), 1) << "the C string form stops at the NUL";
+}
+
 TEST(CStringTest, IndexOutsideThrows) {
   CString s(u"abc");
   EXPECT_EQ(s.GetAt(0), u'a');
@@ -257,7 +270,7 @@ TEST(CStringTest, IndexOutsideThrows) {
   ExpectInvalidArg([&] { (void)s[7]; }, u"index 7 is outside 0..3", "operator[](7)");
   ExpectInvalidArg([&] { s.SetAt(3, u'x'); }, u"index 3 is outside 0..2", "SetAt(3)");
   ExpectInvalidArg([&] { s.SetAt(-1, u'x'); }, u"index -1 is outside 0..2", "SetAt(-1)");
-  ExpectInvalidArg([] { CString().SetAt(0, u'x'); }, nullptr, "SetAt on empty");
+  ExpectInvalidArg([] { CString().SetAt(0, u'x'); }, u"index 0 is outside the empty string", "SetAt on empty");
   s.SetAt(1, u'X');
   EXPECT_EQ(s, CString(u"aXc"));
   CStringA a("ab");

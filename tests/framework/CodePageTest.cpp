@@ -271,6 +271,9 @@ TEST(CodePageTest, AnsiCodePageFollowsTheSetting) {
   EXPECT_EQ(GetACP(), CP_UTF8);
   EXPECT_FALSE(IsValidCodePage(1299));
   EXPECT_FALSE(IsValidCodePage(65000)) << "UTF-7 is not offered";
+  for (UINT pseudo : {CP_ACP, CP_OEMCP, CP_THREAD_ACP})
+    EXPECT_FALSE(IsValidCodePage(pseudo)) << pseudo << " only stands for another code page";
+  EXPECT_TRUE(IsValidCodePage(1252));
 }
 
 TEST(CodePageTest, MultiByteCodePages) {

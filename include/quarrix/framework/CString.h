@@ -117,7 +117,7 @@ class QUARRIX_API CStringT {
   CStringT& TrimRight(Ch chTarget);
   CStringT& TrimRight(PCXSTR pszTargets);
 
-  // Ordinal comparison by code unit: negative, 0 or positive.
+  // Ordinal comparison by unsigned code unit over the whole string (embedded NULs included): -1, 0 or 1.
   int Compare(PCXSTR psz) const noexcept;
   int CompareNoCase(PCXSTR psz) const noexcept;
   int Collate(PCXSTR psz) const noexcept { return Compare(psz); }
@@ -177,7 +177,7 @@ class QUARRIX_API CStringT {
   friend bool operator==(const CStringT& a, const CStringT& b) noexcept { return a.m_str == b.m_str; }
   friend bool operator==(const CStringT& a, PCXSTR b) noexcept { return a.Compare(b) == 0; }
   friend std::strong_ordering operator<=>(const CStringT& a, const CStringT& b) noexcept {
-    return a.Compare(b.GetString()) <=> 0;
+    return a.view().compare(b.view()) <=> 0;
   }
   friend std::strong_ordering operator<=>(const CStringT& a, PCXSTR b) noexcept { return a.Compare(b) <=> 0; }
 

@@ -12,7 +12,8 @@
 // std::(u16)string(_view) and const char16_t*, const char* and const wchar_t* fit s and S (8-bit text is
 // decoded with the ANSI code page, wchar_t text as UTF-32; a null pointer prints "(null)"); any pointer fits
 // p. A conversion whose argument does not fit, or has no argument, writes a visible marker instead of reading
-// anything: "%!d(double)", "%!s(MISSING)", "%!q(BADVERB)". %n is refused the same way. Surplus arguments are
+// anything: "%!d(double)", "%!s(MISSING)", "%!q(BADVERB)". %n is refused the same way ("%!n(UNSUPPORTED)"),
+// and so is a width or precision above 1,000,000 ("%!d(BADWIDTH)", "%!f(BADPREC)"). Surplus arguments are
 // ignored, as printf ignores them.
 //
 // Floating conversions give exactly the text glibc's snprintf gives. %p prints the pointer's value in
