@@ -14,3 +14,6 @@
 #include <quarrix/framework/Types.h>
 #include <quarrix/framework/Unicode.h>
 #include <quarrix/framework/Version.h>
+
+// regex: regular expressions
+#include <quarrix/regex/CRegex.h>
