@@ -11,8 +11,7 @@ namespace quarrix::tool {
 namespace {
 
 void HexBytes(std::ostream& out, std::string_view bytes) {
-  for (unsigned char b : bytes) out << std::hex << std::uppercase << std::setw(2) << std::setfill('0') << +b << ' ';
-  out << std::dec << std::setfill(' ');
+  for (unsigned char b : bytes) out << cstringf(u"%02X ", b);
 }
 
 }  // namespace

@@ -17,3 +17,13 @@
 
 // regex: regular expressions
 #include <quarrix/regex/CRegex.h>
+
+// foundation: helpers, logging, stopwatch, command line
+#include <quarrix/foundation/CCommandLine.h>
+#include <quarrix/foundation/CLogger.h>
+#include <quarrix/foundation/CTimer.h>
+#include <quarrix/foundation/MathHelpers.h>
+#include <quarrix/foundation/StringTools.h>
+#include <quarrix/foundation/SystemError.h>
+#include <quarrix/foundation/TextHelpers.h>
+#include <quarrix/foundation/TimeTools.h>
