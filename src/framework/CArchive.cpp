@@ -57,6 +57,7 @@ void CArchive::ThrowEndOfFile(std::size_t nNeeded, std::size_t nLeft) const {
 }
 
 ULONGLONG CArchive::GetPosition() const noexcept {
+  if (!m_pFile) return m_nFilePos;  // closed: the buffer pointers are gone
   return IsLoading() ? m_nFilePos - static_cast<ULONGLONG>(m_pReadEnd - m_pReadCur)
                      : m_nFilePos + static_cast<ULONGLONG>(m_pWriteCur - m_lpBufStart);
 }
@@ -115,7 +116,7 @@ void CArchive::ReadBytes(void* p, std::size_t n) {
   // Fail before consuming anything, so that the position still points at what could not be read.
   const ULONGLONG left = GetBytesLeft();
   if (n > left) ThrowEndOfFile(n, static_cast<std::size_t>(left));
-  if (n - available < m_nBufSize) {
+  if (n <= m_nBufSize) {  // the whole block must fit in the buffer, not just the part still to be read
     FillBuffer(n);
     std::memcpy(p, m_pReadCur, n);
     m_pReadCur += n;
