@@ -1,5 +1,7 @@
 #include <quarrix/framework/CMemFile.h>
 
+#include <quarrix/framework/CollectionHelpers.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -59,6 +61,7 @@ void CMemFile::Grow(ULONGLONG nNewSize) {
     if (grown && m_nFileSize) std::memcpy(grown, m_lpBuffer, m_nFileSize);
   }
   if (!grown) AfxThrowMemoryException();
+  if (size >= detail::kLargeBlock) detail::AdviseLargeBlock(grown, size);
   m_lpBuffer = grown;
   m_bAutoDelete = true;
   m_nBufferSize = size;

@@ -56,7 +56,15 @@ class QUARRIX_API CArray : public CObject {
       Reallocate(m_pData ? std::max(nNewSize, m_nMaxSize + step) : std::max(nNewSize, m_nGrowBy));
     }
     if (nNewSize > m_nSize) {
-      std::uninitialized_value_construct(m_pData + m_nSize, m_pData + nNewSize);
+      // A loop rather than std::uninitialized_value_construct, whose memset GCC 12 wrongly reports as an
+      // overflow when it inlines a first Add.
+      TYPE* p = m_pData + m_nSize;
+      try {
+        for (; p != m_pData + nNewSize; ++p) ::new (static_cast<void*>(p)) TYPE();
+      } catch (...) {
+        std::destroy(m_pData + m_nSize, p);
+        throw;
+      }
     } else {
       std::destroy(m_pData + nNewSize, m_pData + m_nSize);
     }

@@ -34,15 +34,23 @@ using ArgType =
 // Throws CInvalidArgException with "<operation>: <problem>".
 [[noreturn]] QUARRIX_API void ThrowBadArgument(const char16_t* pszOperation, const char16_t* pszProblem);
 
+// Blocks from this size on are advised to the OS for huge pages (see AdviseLargeBlock).
+inline constexpr std::size_t kLargeBlock = std::size_t{4} << 20;
+// Asks the OS to back the block with huge pages where it can; costs nothing when it cannot.
+QUARRIX_API void AdviseLargeBlock(void* p, std::size_t n) noexcept;
+
 // Raw storage for n objects of T; throws CMemoryException when it cannot be had.
 template <class T>
 T* AllocateRaw(std::size_t n) {
-  if (n > SIZE_MAX / sizeof(T)) AfxThrowMemoryException();
+  if (n == 0 || n > SIZE_MAX / sizeof(T)) AfxThrowMemoryException();  // callers never ask for nothing
+  void* p;
   try {
-    return static_cast<T*>(::operator new(n * sizeof(T), std::align_val_t{alignof(T)}));
+    p = ::operator new(n * sizeof(T), std::align_val_t{alignof(T)});
   } catch (const std::bad_alloc&) {
     AfxThrowMemoryException();
   }
+  if (n * sizeof(T) >= kLargeBlock) AdviseLargeBlock(p, n * sizeof(T));
+  return static_cast<T*>(p);
 }
 template <class T>
 void FreeRaw(T* p) noexcept {
