@@ -1,6 +1,6 @@
 #pragma once
-// Helpers for the archive, container and collection tests: bytes written as hex, storing and loading
-// through a CMemFile, and one assertion per error family that checks the type, the code and the text.
+// Helpers for the archive, container and collection tests: bytes as hex, storing and loading through a
+// CMemFile, and one assertion per error family that checks type, code and text together.
 #include <quarrix/foundation/CSerializeException.h>
 #include <quarrix/framework/CArchive.h>
 #include <quarrix/framework/CException.h>
@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <exception>
 #include <initializer_list>
 #include <string>
@@ -23,33 +22,24 @@ using Bytes = std::vector<BYTE>;
 // "01 00 ff" -> {0x01, 0x00, 0xFF}; blanks are ignored.
 inline Bytes Hex(std::string_view text) {
   Bytes bytes;
-  int high = -1;
-  for (char c : text) {
-    if (c == ' ') continue;
-    const int nibble = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
-    if (high < 0) {
-      high = nibble;
-    } else {
-      bytes.push_back(static_cast<BYTE>(high * 16 + nibble));
-      high = -1;
-    }
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != ' ') bytes.push_back(static_cast<BYTE>(std::stoi(std::string(text.substr(i++, 2)), nullptr, 16)));
   }
   return bytes;
 }
 
 // The bytes as "01 00 FF", so that a failed comparison shows them readably.
 inline std::string ToHex(const Bytes& bytes) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
   std::string text;
   for (BYTE b : bytes) {
-    char cell[4];
-    std::snprintf(cell, sizeof cell, "%02X", b);
     if (!text.empty()) text += ' ';
-    text += cell;
+    text += kDigits[b >> 4];
+    text += kDigits[b & 15];
   }
   return text;
 }
 
-// The parts one after the other.
 inline Bytes Cat(std::initializer_list<Bytes> parts) {
   Bytes all;
   for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
@@ -72,12 +62,11 @@ Bytes Store(const T& object) {
   return StoreWith([&](CArchive& ar) { const_cast<T&>(object).Serialize(ar); });
 }
 
-// Runs `read` on a loading archive over a copy of bytes; returns the bytes it left unread.
+// Runs `read` on a loading archive over a copy of bytes; returns how many bytes it left unread.
 template <class Read>
-ULONGLONG LoadWith(const Bytes& bytes, Read&& read) {
-  Bytes copy = bytes;
-  CMemFile file(copy.data(), static_cast<UINT>(copy.size()));
-  CArchive ar(&file, CArchive::load);
+ULONGLONG LoadWith(Bytes bytes, Read&& read, int bufSize = 4096) {
+  CMemFile file(bytes.data(), static_cast<UINT>(bytes.size()));
+  CArchive ar(&file, CArchive::load, bufSize);
   read(ar);
   return ar.GetBytesLeft();
 }
@@ -87,70 +76,58 @@ ULONGLONG Load(T& object, const Bytes& bytes) {
   return LoadWith(bytes, [&](CArchive& ar) { object.Serialize(ar); });
 }
 
-// Describes an exception that was not the one expected.
-inline std::string Describe(const std::exception_ptr& error) {
-  try {
-    std::rethrow_exception(error);
-  } catch (const CBaseException& e) {
-    return "CBaseException " + Utf16ToUtf8(e.GetMessageText(CBaseException::ePrefixClassAndID).view());
-  } catch (const std::exception& e) {
-    return std::string("another exception: ") + e.what();
-  } catch (...) {
-    return "an unknown exception";
-  }
-}
-
-// f must throw an E, which `check` then judges.
+// f must throw an E, which `check` then judges by returning what went wrong ("" for nothing).
 template <class E, class F, class Check>
 ::testing::AssertionResult Throws(F&& f, Check&& check) {
   try {
     f();
   } catch (const E& e) {
-    return check(e);
-  } catch (...) {
-    return ::testing::AssertionFailure() << "threw " << Describe(std::current_exception());
+    const std::string problem = check(e);
+    if (problem.empty()) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << problem;
+  } catch (const std::exception& e) {
+    return ::testing::AssertionFailure() << "threw another exception: " << e.what();
+  } catch (const CBaseException& e) {
+    return ::testing::AssertionFailure() << "threw " << e.GetMessageText(CBaseException::ePrefixClassAndID);
   }
   return ::testing::AssertionFailure() << "did not throw";
 }
 
-// f must throw CArchiveException with this cause and, when detail is given, exactly this detail.
+inline std::string Text(const CString& s) { return Utf16ToUtf8(s.view()); }
+
+// CArchiveException with this cause and, when given, exactly this detail.
 template <class F>
 ::testing::AssertionResult ThrowsArchiveError(F&& f, int cause, std::u16string_view detail = {}) {
   return Throws<CArchiveException>(f, [&](const CArchiveException& e) {
-    if (e.m_cause == cause && (detail.empty() || e.m_strDetail.view() == detail)) {
-      return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "cause " << e.m_cause << " (expected " << cause << "), detail \""
-                                         << e.m_strDetail << "\"";
+    const bool ok = e.m_cause == cause && (detail.empty() || e.m_strDetail.view() == detail);
+    return ok ? std::string() : "cause " + std::to_string(e.m_cause) + ", detail \"" + Text(e.m_strDetail) + "\"";
   });
 }
 
-// f must throw CSerializeException with this code and message.
+// CSerializeException with this code and message.
 template <class F>
 ::testing::AssertionResult ThrowsSerializeError(F&& f, int code, std::u16string_view message) {
   return Throws<CSerializeException>(f, [&](const CSerializeException& e) {
     const CString text = e.GetMessageText(CBaseException::ePrefixNone);
-    if (e.GetExceptionID() == code && text.view() == message) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "code " << e.GetExceptionID() << " \"" << text << "\"";
+    const bool ok = e.GetExceptionID() == code && text.view() == message;
+    return ok ? std::string() : "code " + std::to_string(e.GetExceptionID()) + " \"" + Text(text) + "\"";
   });
 }
 
-// f must throw CInvalidArgException whose detail is exactly `detail`.
+// CInvalidArgException whose detail is exactly `detail`.
 template <class F>
 ::testing::AssertionResult ThrowsInvalidArg(F&& f, std::u16string_view detail) {
   return Throws<CInvalidArgException>(f, [&](const CInvalidArgException& e) {
-    if (e.GetDetail().view() == detail) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "detail \"" << e.GetDetail() << "\"";
+    return e.GetDetail().view() == detail ? std::string() : "detail \"" + Text(e.GetDetail()) + "\"";
   });
 }
 
-// f must throw CFileException with this cause (and this errno, unless osError is -2).
+// CFileException with this cause (and this errno, unless osError is -2).
 template <class F>
 ::testing::AssertionResult ThrowsFileError(F&& f, int cause, LONG osError = -2) {
   return Throws<CFileException>(f, [&](const CFileException& e) {
-    if (e.m_cause == cause && (osError == -2 || e.m_lOsError == osError)) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "cause " << e.m_cause << ", errno " << e.m_lOsError << ": "
-                                         << e.GetErrorMessage();
+    const bool ok = e.m_cause == cause && (osError == -2 || e.m_lOsError == osError);
+    return ok ? std::string() : "cause " + std::to_string(e.m_cause) + ", errno " + std::to_string(e.m_lOsError);
   });
 }
 
