@@ -6,12 +6,25 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <cctype>
 #include <sstream>
+#include <string>
 #include <vector>
 
 namespace quarrix {
 namespace {
+
+// The dump with each "$<hex address>" written as "$@", so that it can be compared.
+std::string WithoutAddresses(const std::string& dump) {
+  std::string out;
+  for (std::size_t i = 0; i < dump.size(); ++i) {
+    out += dump[i];
+    if (dump[i] != '$') continue;
+    out += '@';
+    while (i + 1 < dump.size() && std::isxdigit(static_cast<unsigned char>(dump[i + 1]))) ++i;
+  }
+  return out;
+}
 
 TEST(CObjectTest, RunTimeClassesNameTheClassAndItsBase) {
   CIntArray ints;
@@ -31,14 +44,12 @@ TEST(CObjectTest, DumpsToAStreamOrToTheTraceHandler) {
   ints.Add(-1);
   std::ostringstream full;
   full << ints;  // depth 1: with the elements
-  EXPECT_TRUE(std::regex_match(full.str(), std::regex("a CIntArray at \\$[0-9A-F]+\n"
-                                                      "with 2 elements\n\t\\[0\\] = 7\n\t\\[1\\] = -1\n")))
-      << full.str();
+  EXPECT_EQ(WithoutAddresses(full.str()), "a CIntArray at $@\nwith 2 elements\n\t[0] = 7\n\t[1] = -1\n");
   CMap<int, int, CString, const CString&> names;
   names[3] = u"three";
   std::ostringstream summary;
   CDumpContext(&summary) << names;  // depth 0: no elements
-  EXPECT_TRUE(std::regex_match(summary.str(), std::regex("a CMap at \\$[0-9A-F]+\nwith 1 elements\n"))) << summary.str();
+  EXPECT_EQ(WithoutAddresses(summary.str()), "a CMap at $@\nwith 1 elements\n");
 
   std::vector<CString> lines;
   auto previous = SetTraceHandler([&](const CString& text) { lines.push_back(text); });
