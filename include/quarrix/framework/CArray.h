@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace quarrix {
 
@@ -184,12 +185,9 @@ class QUARRIX_API CArray : public CObject {
       SetSize(static_cast<INT_PTR>(nCount));
       SerializeElements(ar, m_pData, m_nSize);
     } else {
-      CArray loaded;
-      loaded.SetSize(static_cast<INT_PTR>(nCount));
-      SerializeElements(ar, loaded.m_pData, loaded.m_nSize);
-      std::swap(m_pData, loaded.m_pData);
-      std::swap(m_nSize, loaded.m_nSize);
-      std::swap(m_nMaxSize, loaded.m_nMaxSize);
+      std::vector<TYPE> loaded = detail::ReadElements<TYPE>(ar, nCount);
+      SetSize(static_cast<INT_PTR>(loaded.size()));
+      std::move(loaded.begin(), loaded.end(), m_pData);
     }
   }
   void Dump(CDumpContext& dc) const override {

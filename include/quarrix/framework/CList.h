@@ -181,10 +181,8 @@ class QUARRIX_API CList : public CObject {
     const DWORD_PTR nCount = ar.ReadCount();
     constexpr std::size_t kFixed = ArchivedElementSize(static_cast<const TYPE*>(nullptr));
     ar.CheckCount(u"element count", nCount, kFixed ? kFixed : 1);
-    if (nCount == 0) return;
-    const std::unique_ptr<TYPE[]> loaded(new TYPE[nCount]());
-    for (DWORD_PTR i = 0; i < nCount; ++i) SerializeElements(ar, &loaded[i], 1);
-    for (DWORD_PTR i = 0; i < nCount; ++i) Link(m_pNodeTail, nullptr, std::move(loaded[i]));
+    std::vector<TYPE> loaded = detail::ReadElements<TYPE>(ar, nCount);
+    for (std::size_t i = 0; i < loaded.size(); ++i) Link(m_pNodeTail, nullptr, TYPE(std::move(loaded[i])));
   }
   void Dump(CDumpContext& dc) const override {
     CObject::Dump(dc);

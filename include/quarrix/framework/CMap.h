@@ -11,6 +11,7 @@
 #include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace quarrix {
 
@@ -218,14 +219,15 @@ class QUARRIX_API CMap : public CObject {
     constexpr std::size_t kKeySize = ArchivedElementSize(static_cast<const KEY*>(nullptr));
     constexpr std::size_t kValueSize = ArchivedElementSize(static_cast<const VALUE*>(nullptr));
     ar.CheckCount(u"pair count", nCount, (kKeySize ? kKeySize : 1) + (kValueSize ? kValueSize : 1));
-    if (nCount == 0) return;
-    const std::unique_ptr<KEY[]> keys(new KEY[nCount]());
-    const std::unique_ptr<VALUE[]> values(new VALUE[nCount]());
+    // Read aside first, one pair at a time, so that a damaged record sets nothing.
+    std::vector<std::pair<KEY, VALUE>> loaded;
     for (DWORD_PTR i = 0; i < nCount; ++i) {
-      SerializeElements(ar, &keys[i], 1);
-      SerializeElements(ar, &values[i], 1);
+      std::pair<KEY, VALUE> pair{};
+      SerializeElements(ar, &pair.first, 1);
+      SerializeElements(ar, &pair.second, 1);
+      loaded.push_back(std::move(pair));
     }
-    for (DWORD_PTR i = 0; i < nCount; ++i) (*this)[keys[i]] = std::move(values[i]);
+    for (auto& [key, value] : loaded) (*this)[key] = std::move(value);
   }
   void Dump(CDumpContext& dc) const override {
     CObject::Dump(dc);

@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <new>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace quarrix {
 
@@ -166,6 +168,21 @@ void SerializeElements(CArchive& ar, TYPE* pElements, INT_PTR nCount) {
 }
 QUARRIX_API void SerializeElements(CArchive& ar, CString* pElements, INT_PTR nCount);
 QUARRIX_API void SerializeElements(CArchive& ar, CStringA* pElements, INT_PTR nCount);
+
+namespace detail {
+// Reads nCount elements aside, one at a time, so that memory grows only with the bytes actually read and a
+// record that ends early leaves the container untouched.
+template <class TYPE>
+std::vector<TYPE> ReadElements(CArchive& ar, DWORD_PTR nCount) {
+  std::vector<TYPE> loaded;
+  for (DWORD_PTR i = 0; i < nCount; ++i) {
+    TYPE element{};
+    SerializeElements(ar, &element, 1);
+    loaded.push_back(std::move(element));
+  }
+  return loaded;
+}
+}  // namespace detail
 
 // Equality as Find, Lookup and RemoveKey see it.
 template <class TYPE, class ARG_TYPE>
