@@ -19,6 +19,7 @@ int RunTour(std::span<char* const> args, std::ostream& out);
 
 // One section of the tour each; they print what the library does with real values.
 void TourFramework(std::ostream& out);
+void TourArchive(std::ostream& out);
 void TourFoundation(std::ostream& out);
 
 // A heading in the tour's output.
