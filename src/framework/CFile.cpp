@@ -1,4 +1,5 @@
 #include <quarrix/framework/CFile.h>
+#include <quarrix/framework/NativePath.h>
 
 #include "internal/FileIo.h"
 
@@ -19,7 +20,7 @@ BOOL CFile::Open(LPCTSTR lpszFileName, UINT nOpenFlags, CFileException* pError) 
   Abort();
   m_strFileName = lpszFileName;
   int fd = hFileNull;
-  const int error = detail::FileOpen(detail::ToOsPath(m_strFileName), nOpenFlags, fd);
+  const int error = detail::FileOpen(ToNativePath(m_strFileName), nOpenFlags, fd);
   if (error != 0) {
     if (pError) {
       // Mode bits that name no access (modeWrite | modeReadWrite) are the caller's fault, not the path's.
@@ -126,12 +127,12 @@ CString CFile::GetFileTitle() const {
 
 void CFile::Remove(LPCTSTR lpszFileName) {
   const CString path(lpszFileName);
-  if (const int error = detail::FileRemove(detail::ToOsPath(path))) CFileException::ThrowOsError(error, path);
+  if (const int error = detail::FileRemove(ToNativePath(path))) CFileException::ThrowOsError(error, path);
 }
 
 void CFile::Rename(LPCTSTR lpszOldName, LPCTSTR lpszNewName) {
   const CString from(lpszOldName);
-  if (const int error = detail::FileRename(detail::ToOsPath(from), detail::ToOsPath(CString(lpszNewName)))) {
+  if (const int error = detail::FileRename(ToNativePath(from), ToNativePath(CString(lpszNewName)))) {
     CFileException::ThrowOsError(error, from);
   }
 }

@@ -1,7 +1,6 @@
 #include "internal/FileIo.h"
 
 #include <quarrix/framework/CFile.h>
-#include <quarrix/framework/CodePage.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -10,14 +9,6 @@
 #include <unistd.h>
 
 namespace quarrix::detail {
-
-std::string ToOsPath(const CString& path) {
-  std::string os = Utf16ToUtf8(path.view());
-  for (char& c : os) {
-    if (c == '\\') c = '/';
-  }
-  return os;
-}
 
 int FileOpen(const std::string& path, UINT nOpenFlags, int& fd) {
   fd = -1;

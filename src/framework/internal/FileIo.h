@@ -2,16 +2,12 @@
 // The operating-system calls behind CFile, CMemFile's neighbours and CStdioFile, all in FileIo.cpp, so that a
 // test build can replace that one file to inject failures (a full disk, an interrupted call). Each function
 // returns 0 on success or the errno value of the failure; none of them throws.
-#include <quarrix/framework/CString.h>
 #include <quarrix/framework/Types.h>
 
 #include <cstddef>
 #include <string>
 
 namespace quarrix::detail {
-
-// The path as the OS wants it: '\' turned into '/', UTF-16 into UTF-8.
-std::string ToOsPath(const CString& path);
 
 // Opens with the CFile mode flags (share flags are accepted and not enforced). Refuses folders (EISDIR).
 int FileOpen(const std::string& path, UINT nOpenFlags, int& fd);
