@@ -23,7 +23,8 @@ struct Info {
   bool nullable = false;  // it can match without consuming
   int onlyClass = -1;     // the start set is exactly this class
   int minLength = 0;
-  bool pure = true;
+  bool pure = true;           // depends on the position only
+  bool deterministic = true;  // leaves no choice point behind when it succeeds
 
   void AddUnit(char16_t c) {
     if (c < 256)
@@ -55,7 +56,8 @@ class Analyser {
     for (std::size_t i = 0; i < m_re.elx.size(); ++i) Compute(static_cast<int>(i));
     for (std::size_t i = 0; i < m_re.elx.size(); ++i) {
       Elx& e = m_re.elx[i];
-      if (m_info[i].pure) e.flags |= kElxPure;
+      if (IsRepeat(e.kind) && e.child >= 0 && InfoOf(e.child).pure && InfoOf(e.child).deterministic)
+        e.flags |= kElxSettled;
       if (e.kind == ElxKind::kAlternative) AlternativeSets(e);
       if (IsSingleRepeat(e) && !(e.flags & kElxBackward)) TuneSingleRepeat(static_cast<int>(i));
     }
@@ -103,9 +105,13 @@ class Analyser {
       case ElxKind::kDelegate:
         info.any = info.nullable = true;
         info.pure = false;
+        info.deterministic = e.kind == ElxKind::kBackref;
         break;
-      case ElxKind::kBracket:
-      case ElxKind::kIndependent: info = InfoOf(e.child); break;
+      case ElxKind::kBracket: info = InfoOf(e.child); break;
+      case ElxKind::kIndependent:
+        info = InfoOf(e.child);
+        info.deterministic = true;
+        break;
       case ElxKind::kRepeat:
       case ElxKind::kGreedy:
       case ElxKind::kReluctant:
@@ -118,6 +124,8 @@ class Analyser {
           info.minLength = MulLength(info.minLength, e.min);
         }
         info.nullable = info.nullable || e.min == 0;
+        info.deterministic = e.kind == ElxKind::kPossessive ||
+                             (e.kind == ElxKind::kRepeat && ((e.flags & kElxSingleUnit) || info.deterministic));
         break;
       case ElxKind::kList: {
         info.nullable = true;
@@ -127,6 +135,7 @@ class Analyser {
           info.nullable = info.nullable && c.nullable;
           info.minLength = AddLengths(info.minLength, c.minLength);
           info.pure = info.pure && c.pure;
+          info.deterministic = info.deterministic && c.deterministic;
         }
         break;
       }
@@ -139,6 +148,7 @@ class Analyser {
           info.minLength = std::min(info.minLength, c.minLength);
           info.pure = info.pure && c.pure;
         }
+        info.deterministic = false;
         break;
       }
       case ElxKind::kCondition: {
@@ -150,6 +160,7 @@ class Analyser {
           info.nullable = yes.nullable || no.nullable;
           info.minLength = std::min(yes.minLength, no.minLength);
           info.pure = yes.pure && no.pure;
+          info.deterministic = yes.deterministic && no.deterministic;
         } else {
           info.nullable = true;
           info.minLength = 0;

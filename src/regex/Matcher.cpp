@@ -386,12 +386,13 @@ do_succeed: {
     case ElxKind::kGreedy:
     case ElxKind::kReluctant:
     case ElxKind::kPossessive: {
-      // One more iteration is done. An empty one beyond the minimum ends the loop (it would only repeat
-      // itself); so does an empty mandatory one when the content cannot behave differently next time.
+      // One more iteration is done. An empty one ends an unbounded loop once the minimum is reached (it
+      // could only repeat itself); a bounded loop goes on to its bound, unless the content would only
+      // repeat itself identically.
       node = p;
       const int k = m_regs[parent.reg] + 1;
       if (pos == m_regs[parent.reg + 1]) {
-        if (k >= parent.min || (parent.flags & kElxPure)) {
+        if ((parent.max < 0 && k >= parent.min) || (parent.flags & kElxSettled)) {
           SetReg(parent.reg, std::max(k, parent.min));
           goto do_repeat_done;
         }

@@ -58,7 +58,9 @@ enum ElxFlag : std::uint8_t {
   kElxNegative = 4,      // assertions: (?! and (?<!
   kElxSingleUnit = 8,    // repeats: the child is a class of one unit, repeated by a scanning loop
   kElxCallTarget = 16,   // the target of some recursion
-  kElxPure = 32,         // no back-reference, group condition or recursion inside: a function of position
+  kElxSettled = 32,      // repeats: the content depends on the position only (no back-reference, group
+                         // condition or recursion) and leaves no choice point, so an empty iteration would
+                         // only repeat itself
   kElxCondAssert = 64,   // conditions: the condition is a look-around (in `cond`), not a group number
 };
 
