@@ -15,6 +15,7 @@ int RunTour(std::span<char* const> args, std::ostream& out) {
   }
   out << "A tour of Quarrix: what each part of the library does, on real values.\n";
   TourFramework(out);
+  TourRegex(out);
   return 0;
 }
 

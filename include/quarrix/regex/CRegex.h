@@ -122,11 +122,15 @@ class QUARRIX_API CRegex {
   void PrepareMatch(const CString& text);
   // Searches the prepared text from the next start; returns 0 at once when not prepared. After a match the
   // next start becomes the match end, so an empty match is found again on the next call: step on yourself
-  // (for example with a new PrepareMatch, or by matching with an expression that cannot match empty). Under
-  // FlagRightToLeft the next start is the match end as well, so the same match is found again.
+  // (SetNextStart). Under FlagRightToLeft the next start is the match end as well, so the same match is
+  // found again.
   int MatchNext();
   // Sets the next start back to 0; the prepared state stays.
   void ResetMatch();
+  // Where the next MatchNext searches from (-1: the default start). Callers step over an empty match with
+  // SetNextStart(GetMatchEnd() + 1), and walk right to left with SetNextStart(GetMatchStart()).
+  int GetNextStart() const noexcept { return m_nextStart; }
+  void SetNextStart(int start) noexcept { m_nextStart = start; }
   // Element 0 of the last result (0 when it is empty).
   int IsLastMatchSuccessfull() const noexcept;
   // True when the last search of this object (Match, MatchNext, MatchExact, Replace) gave up at the limit.
