@@ -10,6 +10,8 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quarrix::tool {
@@ -107,6 +109,9 @@ int ListMatches(const CString& pattern, int flags, const CString& text, std::ost
 }  // namespace
 
 int RunRegex(std::span<char* const> args, std::ostream& out) {
+  static constexpr std::pair<std::string_view, int> kFlagOptions[] = {
+      {"-i", CRegex::FlagIgnoreCase}, {"-m", CRegex::FlagMultiLine}, {"-s", CRegex::FlagSingleLine},
+      {"-x", CRegex::FlagExtended},   {"-g", CRegex::FlagGlobal},    {"-R", CRegex::FlagRightToLeft}};
   int flags = 0;
   std::optional<std::string> file, replacement;
   int count = -1;
@@ -117,21 +122,14 @@ int RunRegex(std::span<char* const> args, std::ostream& out) {
       if (k + 1 >= args.size()) return std::nullopt;
       return std::string(args[++k]);
     };
+    int flag = 0;
+    for (const auto& [option, bit] : kFlagOptions)
+      if (a == option) flag = bit;
     if (a == "-h" || a == "--help") {
       out << kUsage;
       return 0;
-    } else if (a == "-i") {
-      flags |= CRegex::FlagIgnoreCase;
-    } else if (a == "-m") {
-      flags |= CRegex::FlagMultiLine;
-    } else if (a == "-s") {
-      flags |= CRegex::FlagSingleLine;
-    } else if (a == "-x") {
-      flags |= CRegex::FlagExtended;
-    } else if (a == "-g") {
-      flags |= CRegex::FlagGlobal;
-    } else if (a == "-R") {
-      flags |= CRegex::FlagRightToLeft;
+    } else if (flag) {
+      flags |= flag;
     } else if (a == "-f" || a == "-r" || a == "-n" || a == "--limit") {
       const auto v = value();
       if (!v) {

@@ -8,6 +8,7 @@
 #include <quarrix/regex/CRegex.h>
 
 #include <cstdint>
+#include <random>
 #include <cstdio>
 #include <cstdlib>
 #include <regex>
@@ -38,19 +39,6 @@ const Pattern kPatterns[] = {
     {"amount", u"(?<=\\$)\\d+(?:\\.\\d\\d)?", nullptr, false},
 };
 
-class Random {
- public:
-  std::uint64_t Next() {
-    std::uint64_t z = (m_state += 0x9E3779B97F4A7C15ull);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-    return z ^ (z >> 31);
-  }
-  int Below(int n) { return static_cast<int>(Next() % static_cast<std::uint64_t>(n)); }
-
- private:
-  std::uint64_t m_state = 12345;
-};
 
 // Prose with e-mail addresses, URIs, IPv4 addresses, severities, repeated words and dollar amounts.
 const std::u16string& Text() {
@@ -65,7 +53,11 @@ const std::u16string& Text() {
     static const char* const kNames[] = {"anna", "john.smith", "m.mueller", "info", "support+bugs", "k_lee"};
     static const char* const kHosts[] = {"example.com", "mail.site.org", "quarrix-eng.de", "univ.ac.uk"};
     static const char* const kSeverity[] = {"error", "Error", "WARNING", "warning", "fatal", "Fatal"};
-    Random rng;
+    std::mt19937_64 engine(12345);  // the same sequence everywhere, unlike the standard distributions
+    struct {
+      std::mt19937_64& e;
+      int Below(int n) { return static_cast<int>(e() % static_cast<std::uint64_t>(n)); }
+    } rng{engine};
     std::string s;
     s.reserve(10100000);
     while (s.size() < 10000000) {

@@ -1,8 +1,8 @@
 // The matcher walks the element tree without native recursion. Matching an element either succeeds and
 // continues with what follows it (found through the tree's parent and sibling links), or fails and resumes
-// the most recent choice point. Every register write is trailed, so resuming a choice point undoes
-// everything done since it was made; cutting choice points (atomic groups, look-around) leaves the trail
-// alone. This is the element's Match (enter) and MatchNext (resume its choice point) of a recursive design,
+// the most recent choice point. Register writes made under a choice point are trailed, so resuming a choice
+// point undoes everything done since it was made; cutting choice points (atomic groups, look-around) leaves
+// the trail alone. This is the element's Match (enter) and MatchNext (resume its choice point) of a recursive design,
 // turned into one loop.
 #include "internal/Matcher.h"
 
@@ -71,14 +71,24 @@ class Matcher {
   // Units s[0, n) against the text at from; ignore-case literals hold folded units.
   bool SameText(int from, const char16_t* s, int n, bool ignoreCase) const noexcept {
     const char16_t* t = m_text + from;
-    if (!ignoreCase) return std::memcmp(t, s, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    if (!ignoreCase) {
+      if (n <= 8) {  // short literals are the rule: no call
+        for (int k = 0; k < n; ++k)
+          if (t[k] != s[k]) return false;
+        return true;
+      }
+      return std::memcmp(t, s, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    }
     for (int k = 0; k < n; ++k)
       if (Fold(t[k]) != s[k]) return false;
     return true;
   }
   // Text against text, for back-references.
   bool SameSpan(int a, int b, int n, bool ignoreCase) const noexcept {
-    if (!ignoreCase) return std::memcmp(m_text + a, m_text + b, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    if (!ignoreCase) {
+      if (n > 0 && m_text[a] != m_text[b]) return false;  // most comparisons end at the first unit
+      return std::memcmp(m_text + a, m_text + b, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    }
     for (int k = 0; k < n; ++k)
       if (Fold(m_text[a + k]) != Fold(m_text[b + k])) return false;
     return true;
@@ -112,8 +122,10 @@ class Matcher {
     return -1;
   }
 
+  // Without a choice point nothing can come back to the old value but a new attempt, which starts with
+  // fresh registers: only writes under a choice point are trailed.
   void SetReg(int reg, std::int32_t value) {
-    m_ctx.m_trail.Push({reg, m_regs[reg]});
+    if (m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({reg, m_regs[reg]});
     m_regs[reg] = value;
   }
   bool PushChoice(std::int32_t type, std::int32_t node, std::int32_t pos, std::int32_t data) {
@@ -161,7 +173,7 @@ bool Matcher::Call(int node, int target, int pos) {
   f[1] = node;
   f[2] = pos;
   std::memcpy(f + 3, m_regs, static_cast<std::size_t>(size) * sizeof(std::int32_t));
-  m_ctx.m_trail.Push({-1, frame});
+  if (m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({-1, frame});
   m_ctx.m_heapTop = frame + 3 + size;
   SetReg(m_elx[target].callReg, pos);
   SetReg(m_re.frameReg, frame);
@@ -178,6 +190,7 @@ void Matcher::Return(int frame) {
 
 int Matcher::Attempt(int start) {
   m_regs = m_ctx.m_regs.GetBuffer();
+  std::fill(m_regs, m_regs + m_re.regCount, -1);
   m_ctx.m_choices.Clear();
   m_ctx.m_trail.Clear();
   m_ctx.m_heapTop = 0;
@@ -426,10 +439,7 @@ do_succeed: {
 }
 
 do_fail: {
-  if (m_ctx.m_choices.GetSize() == 0) {
-    Unwind(0);  // registers written before the first choice point: the next attempt starts clean
-    goto do_exit;
-  }
+  if (m_ctx.m_choices.GetSize() == 0) goto do_exit;
   const Choice c = m_ctx.m_choices[m_ctx.m_choices.GetSize() - 1];
   m_ctx.m_choices.Resize(m_ctx.m_choices.GetSize() - 1);
   Unwind(c.trail);
@@ -503,32 +513,42 @@ do_exit:
 namespace {
 
 // Where the next attempt after a failed one at pos may start.
-struct Candidates {
-  const CompiledRegex& re;
-  std::u16string_view text;
-  int required = -1;  // the last position where the required literal was found
+class Candidates {
+ public:
+  Candidates(const CompiledRegex& re, std::u16string_view text) : m_re(re), m_text(text), m_first(re.plan.first) {}
 
   // The first position from pos on (at most last) where a match may start, or -1.
   int Next(int pos, int last) {
-    const SearchPlan& plan = re.plan;
-    const int len = static_cast<int>(text.size());
+    const SearchPlan& plan = m_re.plan;
+    const int len = static_cast<int>(m_text.size());
     if (!plan.prefix.empty()) {
-      pos = FindLiteral(text, pos, last, plan.prefix);
+      pos = FindLiteral(m_text, pos, last, plan.prefix);
     } else if (!plan.lookbehind.empty()) {
       const int n = static_cast<int>(plan.lookbehind.size());
-      const int found = FindLiteral(text, std::max(0, pos - n), last - n, plan.lookbehind);
+      const int found = FindLiteral(m_text, std::max(0, pos - n), last - n, plan.lookbehind);
       pos = found < 0 ? -1 : found + n;
     } else if (plan.useFirstSet) {
-      const char16_t* p = ScanFirstSet(text.data() + pos, text.data() + last + 1, plan.first);
-      pos = p == text.data() + last + 1 ? -1 : static_cast<int>(p - text.data());
+      const char16_t* const base = m_text.data();
+      const char16_t* const end = base + last + 1;
+      const char16_t* p = m_first.Find(base + pos, end);
+      // The second unit rules out most places where only the first fits.
+      // (Every match has two units then, so p + 1 lies inside the text.)
+      while (plan.useSecondSet && p != end && !plan.second.Test(p[1])) p = m_first.Find(p + 1, end);
+      pos = p == end ? -1 : static_cast<int>(p - base);
     }
     if (pos < 0 || pos > last) return -1;
-    if (!plan.required.empty() && required < pos + plan.requiredOffset) {
-      required = FindLiteral(text, std::min(len, pos + plan.requiredOffset), len, plan.required);
-      if (required < 0) return -1;
+    if (!plan.required.empty() && m_required < pos + plan.requiredOffset) {
+      m_required = FindLiteral(m_text, std::min(len, pos + plan.requiredOffset), len, plan.required);
+      if (m_required < 0) return -1;
     }
     return pos;
   }
+
+ private:
+  const CompiledRegex& m_re;
+  std::u16string_view m_text;
+  FirstSetScanner m_first;
+  int m_required = -1;  // the last position where the required literal was found
 };
 
 }  // namespace
@@ -539,7 +559,6 @@ bool CContext::Search(const CompiledRegex& re, std::u16string_view text, int sta
   m_budget = limit > 0 ? limit : LLONG_MAX;
   m_limitHit = false;
   m_regs.Resize(re.regCount);
-  std::fill(m_regs.GetBuffer(), m_regs.GetBuffer() + re.regCount, -1);
   if (start < 0) start = re.backward ? len : 0;
   if (re.backward && start > len) start = len;
 
@@ -581,7 +600,7 @@ bool CContext::Search(const CompiledRegex& re, std::u16string_view text, int sta
         }
         break;
       case SearchPlan::Anchor::kNone: {
-        Candidates candidates{re, text};
+        Candidates candidates(re, text);
         const Elx* run = plan.leadingRun >= 0 ? &re.elx[static_cast<std::size_t>(plan.leadingRun)] : nullptr;
         for (int pos = start; pos <= last;) {
           pos = candidates.Next(pos, last);

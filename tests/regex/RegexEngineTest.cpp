@@ -230,10 +230,23 @@ TEST(RegexEngineTest, Recursion) {
   });
 }
 
-// Deliberate: recursion into the whole pattern can be backtracked into, like recursion into a group
-// (PCRE2 10.42 treats (?R) as atomic and finds only the empty match here).
-TEST(RegexEngineTest, WholePatternRecursionIsNotAtomic) {
-  CheckRows({{"backtracks into (?R)", u"b(?R)\\D|", 0, u"bb_", {0, 2}}});
+// Deliberate differences from PCRE2, one row each; the differential test keeps these out of its patterns.
+TEST(RegexEngineTest, DeliberateDifferencesFromPcre2) {
+  CheckRows({
+      // PCRE2 10.42 treats (?R) as atomic and finds only the empty match.
+      {"recursion into the whole pattern can be backtracked into", u"b(?R)\\D|", 0, u"bb_", {0, 2}},
+      // PCRE2 runs the called group left to right and finds the empty match at 2.
+      {"a group inside look-behind runs right to left when called", u"ab(?R<1>)ab|(?<=(ab))", 0, u"ab",
+       {0, 2, -1, -1}},
+      // PCRE2 keeps group 1 = 0,1 here.
+      {"a negative look-around condition keeps no captures", u"(?(?!(a))x|a)", 0, u"a", {0, 1, -1, -1}},
+      // PCRE2 does so for ASCII letters, but not with Unicode properties (UCP), its only way to class ω.
+      {"[:upper:] under ignore-case takes lower case, beyond ASCII too", u"[[:upper:]]+", CRegex::FlagIgnoreCase,
+       u"a\u03c9B", {0, 3}},
+      // PCRE2 reads \12 as the octal escape of a form feed... here it is group 1 and then a 2.
+      {"no octal escapes", u"(a)\\12", 0, u"aa2", {0, 3, 0, 1}},
+      {"\\0 is a zero", u"\\0", 0, u"0", {0, 1}},
+  });
 }
 
 TEST(RegexEngineTest, InlineModifiers) {

@@ -10,10 +10,11 @@
 // [:space:] [:upper:] [:xdigit:] (also [:^name:]); anchors ^ $ \A \Z \z \b \B and \G (only under
 // FlagGlobal, otherwise a literal G); quantifiers * + ? {n} {n,} {n,m}, each optionally followed by ? (lazy)
 // or + (possessive); groups ( ), (?: ), (?<name> ), (?'name' ), (?P<name> ), (?> ), (?= ), (?! ), (?<= ),
-// (?<! ) (look-behind runs right to left, so it may have any length), (?#comment); back-references \1 ... \9,
-// \NN (when that many groups have opened before it), \k<name>, \k'name', \k{name}, \g{n}; conditions
+// (?<! ) (look-behind may have any length), (?#comment); back-references \1 ... \9, \NN (when that many
+// groups have opened before it), \k<name>, \k'name', \k{name}, \g{n}, \gn, \g{-n} (relative); conditions
 // (?(1)yes|no), (?(name)yes|no), (?(<name>)...), (?(?=...)yes|no) with any look-around; recursion (?R),
-// (?R<n>), (?R<name>), (?R'n'), (?R'name'); inline modifiers (?imsg-imsg) and (?imsg-imsg: ...).
+// (?R<n>), (?R<name>), (?R'n'), (?R'name'), after which the captures made inside it are forgotten; inline
+// modifiers (?imsg-imsg) and (?imsg-imsg: ...).
 //
 // Character semantics: positions are UTF-16 code units and every class tests one unit. \d and [:digit:] are
 // the ASCII digits 0-9; \w is a letter, a digit or '_' and \s is white space as the framework's Unicode tables
@@ -22,17 +23,21 @@
 // case of its upper case does), so 'k' also matches U+212A KELVIN SIGN. '.' excludes only the line feed.
 // Multi-line ^ also matches after a line feed that ends the text.
 //
+// Right to left (FlagRightToLeft, and inside look-behind) the pattern is matched from its end towards its
+// start, so a back-reference must stand to the right of its group to see it, and a group inside a
+// look-behind also runs right to left when recursion calls it.
+//
 // Malformed patterns: an unmatched ')' is a literal; groups still open at the end are closed there; a
 // quantifier with nothing before it is a literal character, one right after another quantifier repeats the
 // quantified item again; a '{' that does not start a valid {n}, {n,} or {n,m} (with n <= m) is a literal; an
-// unterminated '[' is a literal '[' and an unknown POSIX name leaves its '[' literal; a range whose end lies
-// below its start is empty; a malformed \x{...} (no closing brace, no or non-hex digits, above 10FFFF) stands
-// for the letter x and \x or \u with too few hex digits for their letter; a code point above FFFF outside a
-// class is its surrogate pair, inside a class both surrogate units join the class; a reference to a group or
-// name that does not exist never matches and a condition on one is false; '(?' followed by anything
-// unrecognised opens a non-capturing group whose text starts after the '?'; unknown letters in inline
-// modifiers are ignored. Recursion that comes back to the same group at the same position without consuming
-// text fails instead of looping.
+// unterminated '[' is a literal '[', and so is the '[' of an unknown POSIX name; a range whose end lies below
+// its start is empty; a malformed \x{...} (no closing brace, no or non-hex digits, above 10FFFF) stands for
+// the letter x, the rest being read as pattern text (so \x{110000} repeats x 110000 times), and \x or \u with
+// too few hex digits stand for their letter; a code point above FFFF is its surrogate pair, or both its units
+// inside a class; a reference to a group or name that does not exist never matches and a condition on one is
+// false; '(?' followed by anything unrecognised opens a non-capturing group whose text starts after the '?';
+// unknown letters in inline modifiers are ignored (there is none for the extended flag). Recursion that comes
+// back to the same group at the same position without consuming text fails instead of looping.
 //
 // Limits: each search may take at most GetMatchLimit() backtracking steps (default 10,000,000, process-wide);
 // a search that needs more reports no match and IsMatchLimitHit() tells so. A search over a very long text
@@ -88,7 +93,8 @@ class QUARRIX_API CRegex {
     FlagExtended = 32,    // white space in the expression is ignored and '#' starts a comment to the line end
   };
 
-  // Empty expression, flags 0, empty text, not prepared, empty result.
+  // Empty expression, flags 0, empty text, not prepared, empty result. Until an expression is set it
+  // matches nothing (Match gives 0 and an empty result).
   CRegex();
   // Stores and compiles the expression at once.
   CRegex(CString expression, int flags);
