@@ -18,10 +18,10 @@ namespace {
 
 std::atomic<int> g_matchLimit{10000000};
 
-// Stack sizes beyond which a search gives up as if it had hit the match limit (about 1 GB in all).
-constexpr int kMaxChoices = 1 << 25;
-constexpr int kMaxTrail = 1 << 26;
-constexpr int kMaxHeap = 1 << 26;
+// Stack sizes beyond which a search gives up as if it had hit the match limit (320, 256 and 128 MB).
+constexpr int kMaxChoices = 1 << 24;
+constexpr int kMaxTrail = 1 << 25;
+constexpr int kMaxHeap = 1 << 25;
 
 enum ChoiceType : std::int32_t {
   kChAlternative,   // data: the next alternative to try
@@ -32,6 +32,9 @@ enum ChoiceType : std::int32_t {
   kChNegAssert,     // the content of a negative look-around failed: the assertion holds
   kChCondNo,        // the look-around of a condition failed: take the no branch
 };
+
+// Up to this many registers an attempt starts by setting them all to -1; beyond it, every write is trailed.
+constexpr int kFreshRegisters = 64;
 
 constexpr int kNoMatch = -1;
 constexpr int kLimit = -2;
@@ -123,9 +126,10 @@ class Matcher {
   }
 
   // Without a choice point nothing can come back to the old value but a new attempt, which starts with
-  // fresh registers: only writes under a choice point are trailed.
+  // fresh registers: only writes under a choice point are trailed. With many registers, refreshing them all
+  // for each attempt would cost more than trailing every write and unwinding a failed attempt.
   void SetReg(int reg, std::int32_t value) {
-    if (m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({reg, m_regs[reg]});
+    if (m_trailAll || m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({reg, m_regs[reg]});
     m_regs[reg] = value;
   }
   bool PushChoice(std::int32_t type, std::int32_t node, std::int32_t pos, std::int32_t data) {
@@ -160,6 +164,7 @@ class Matcher {
   const CharClass* const m_classes;
   const std::uint16_t* const m_wordFlags;
   std::int32_t* m_regs = nullptr;
+  const bool m_trailAll = m_re.regCount > kFreshRegisters;
 };
 
 // A recursion frame on the heap: target, calling element, position, then a copy of every register.
@@ -173,7 +178,7 @@ bool Matcher::Call(int node, int target, int pos) {
   f[1] = node;
   f[2] = pos;
   std::memcpy(f + 3, m_regs, static_cast<std::size_t>(size) * sizeof(std::int32_t));
-  if (m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({-1, frame});
+  if (m_trailAll || m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({-1, frame});
   m_ctx.m_heapTop = frame + 3 + size;
   SetReg(m_elx[target].callReg, pos);
   SetReg(m_re.frameReg, frame);
@@ -190,7 +195,7 @@ void Matcher::Return(int frame) {
 
 int Matcher::Attempt(int start) {
   m_regs = m_ctx.m_regs.GetBuffer();
-  std::fill(m_regs, m_regs + m_re.regCount, -1);
+  if (!m_trailAll) std::fill(m_regs, m_regs + m_re.regCount, -1);
   m_ctx.m_choices.Clear();
   m_ctx.m_trail.Clear();
   m_ctx.m_heapTop = 0;
@@ -439,7 +444,10 @@ do_succeed: {
 }
 
 do_fail: {
-  if (m_ctx.m_choices.GetSize() == 0) goto do_exit;
+  if (m_ctx.m_choices.GetSize() == 0) {
+    if (m_trailAll) Unwind(0);  // the next attempt starts with clean registers
+    goto do_exit;
+  }
   const Choice c = m_ctx.m_choices[m_ctx.m_choices.GetSize() - 1];
   m_ctx.m_choices.Resize(m_ctx.m_choices.GetSize() - 1);
   Unwind(c.trail);
@@ -559,6 +567,7 @@ bool CContext::Search(const CompiledRegex& re, std::u16string_view text, int sta
   m_budget = limit > 0 ? limit : LLONG_MAX;
   m_limitHit = false;
   m_regs.Resize(re.regCount);
+  std::fill(m_regs.GetBuffer(), m_regs.GetBuffer() + re.regCount, -1);
   if (start < 0) start = re.backward ? len : 0;
   if (re.backward && start > len) start = len;
 

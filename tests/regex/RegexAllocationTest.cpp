@@ -14,6 +14,10 @@ namespace {
 std::atomic<long> g_allocations{0};
 }  // namespace
 
+// The replacement functions pair malloc with free on purpose; GCC cannot see that they belong together.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
 void* operator new(std::size_t size) {
   ++g_allocations;
   if (void* p = std::malloc(size ? size : 1)) return p;

@@ -169,6 +169,22 @@ TEST(RegexEngineTest, Groups) {
   EXPECT_EQ(re.GetNamedGroupNumber(u"day"), 0);
 }
 
+// An attempt that fails at one position leaves no capture behind for the next, whether the engine refreshes
+// the registers for each attempt (few groups) or unwinds every write (many).
+TEST(RegexEngineTest, CapturesOfFailedAttemptsAreForgotten) {
+  for (int extra : {0, 30}) {
+    CString pattern(u"(?(1)q|a)(b)c");
+    std::vector<int> spans{3, 6, -1, -1, 4, 5};
+    for (int k = 0; k < extra; ++k) {
+      pattern += u"(x)?";
+      spans.insert(spans.end(), {-1, -1});
+    }
+    // (?(1)...) comes before group 1 is set: only a stale capture could make it take "q".
+    spans.erase(spans.begin() + 2, spans.begin() + 4);
+    EXPECT_EQ(regex_test::Spans({"", pattern, 0, u"abdabc", {}}), spans) << extra << " more groups";
+  }
+}
+
 TEST(RegexEngineTest, LookAround) {
   CheckRows({
       {"look-behind found", u"(?<=ab)c", 0, u"abc", {2, 3}},

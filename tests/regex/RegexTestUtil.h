@@ -11,7 +11,7 @@ namespace quarrix::regex_test {
 // A named case: the expected spans are group 0 then each group (start, end), empty when nothing matches.
 struct Row {
   const char* name;
-  const char16_t* pattern;
+  CString pattern;
   int flags;
   const char16_t* subject;
   std::vector<int> spans;

@@ -41,7 +41,8 @@
 //
 // Limits: each search may take at most GetMatchLimit() backtracking steps (default 10,000,000, process-wide);
 // a search that needs more reports no match and IsMatchLimitHit() tells so. A search over a very long text
-// whose failed attempts backtrack a lot can reach the limit too; raise it for such work.
+// whose failed attempts backtrack a lot can reach the limit too; raise it for such work. So does a search
+// whose backtracking state would outgrow about 700 MB (some 16 million open alternatives).
 //
 // Threads: distinct CRegex objects may be used from different threads at once; one object is not
 // synchronised.
