@@ -13,8 +13,13 @@ void Show(std::ostream& out, const char16_t* pattern, int flags, const char16_t*
     return;
   }
   out << "\"" << re.GetMatchText() << "\" at " << re.GetMatchStart();
-  for (int g = 1; g <= re.GetLastMatchResult().GetAt(1); ++g)
-    out << ", $" << g << " = " << (re.GetMatchGroupStart(g) < 0 ? CString(u"(none)") : u"\"" + re.GetMatchGroupText(g) + u"\"");
+  for (int g = 1; g <= re.GetLastMatchResult().GetAt(1); ++g) {
+    out << ", $" << g << " = ";
+    if (re.GetMatchGroupStart(g) < 0)
+      out << "(none)";
+    else
+      out << "\"" << re.GetMatchGroupText(g) << "\"";
+  }
   out << "\n";
 }
 

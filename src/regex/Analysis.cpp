@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kLengthCap = 1 << 30;
 
-int AddLengths(int a, int b) { return std::min(kLengthCap, a + b); }
+int AddLengths(int a, int b) { return static_cast<int>(std::min<long long>(kLengthCap, static_cast<long long>(a) + b)); }
 int MulLength(int a, int n) {
   if (a == 0 || n == 0) return 0;
   return static_cast<long long>(a) * n >= kLengthCap ? kLengthCap : a * n;

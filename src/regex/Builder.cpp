@@ -108,7 +108,8 @@ class Builder {
     for (const ClassItem& item : cls.Items()) {
       if (item.isProperty) {
         if (item.property == CharProperty::kLower || item.property == CharProperty::kUpper) return true;
-      } else if (item.high >= 128 || (item.low <= u'z' && item.high >= u'a') || (item.low <= u'Z' && item.high >= u'A')) {
+      } else if (item.high >= 128 || (item.low <= u'z' && item.high >= u'a') ||
+                 (item.low <= u'Z' && item.high >= u'A')) {
         return true;
       }
     }

@@ -2,8 +2,8 @@
 // continues with what follows it (found through the tree's parent and sibling links), or fails and resumes
 // the most recent choice point. Register writes made under a choice point are trailed, so resuming a choice
 // point undoes everything done since it was made; cutting choice points (atomic groups, look-around) leaves
-// the trail alone. This is the element's Match (enter) and MatchNext (resume its choice point) of a recursive design,
-// turned into one loop.
+// the trail alone. Entering an element and resuming its choice point are the Match and MatchNext of a
+// recursive design, turned into one loop.
 #include "internal/Matcher.h"
 
 #include "internal/TextScan.h"
@@ -115,8 +115,9 @@ class Matcher {
   bool Viable(const Elx& alt, int child, int pos) const noexcept {
     const int set = m_elx[child].firstSet;
     if (set < 0) return true;
-    if (!(alt.flags & kElxBackward)) return pos < m_len && m_re.firstSets[static_cast<std::size_t>(set)].Test(m_text[pos]);
-    return pos > 0 && m_re.firstSets[static_cast<std::size_t>(set)].Test(m_text[pos - 1]);
+    const FirstSet& first = m_re.firstSets[static_cast<std::size_t>(set)];
+    if (!(alt.flags & kElxBackward)) return pos < m_len && first.Test(m_text[pos]);
+    return pos > 0 && first.Test(m_text[pos - 1]);
   }
   // The first alternative from k on that can match at pos, or -1.
   int NextViable(const Elx& alt, int k, int pos) const noexcept {

@@ -3,6 +3,7 @@
 #include "RegexTestUtil.h"
 
 #include <atomic>
+#include <climits>
 #include <thread>
 
 namespace quarrix {
@@ -80,6 +81,8 @@ TEST(CRegexTest, ResultAccessBeyondTheResult) {
   EXPECT_EQ(re.GetMatchGroupEnd(2), 3);
   EXPECT_EQ(re.GetMatchGroupStart(99), -1);
   EXPECT_EQ(re.GetMatchGroupEnd(-5), -1);
+  EXPECT_EQ(re.GetMatchGroupStart(INT_MAX), -1);
+  EXPECT_EQ(re.GetMatchGroupEnd(INT_MIN), -1);
   EXPECT_EQ(re.GetMatchGroupText(99), u"");
   EXPECT_EQ(re.GetMatchText(), u"ab");
   EXPECT_EQ(CRegex::GetMatchGroupText(&re.GetLastMatchResult(), u"xab", 1), u"a");

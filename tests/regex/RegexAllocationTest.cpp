@@ -42,7 +42,8 @@ TEST(RegexAllocationTest, MatchNextLoopAllocatesNothingInSteadyState) {
   GTEST_SKIP() << "allocation counts differ under the sanitizers";
 #else
   CString text;
-  for (int k = 0; k < 2000; ++k) text += cstringf(u"word%d word%d joe%d@mail.example.com (y) 10.0.%d.1 ", k, k, k, k % 250);
+  for (int k = 0; k < 2000; ++k)
+    text += cstringf(u"word%d word%d joe%d@mail.example.com (y) 10.0.%d.1 ", k, k, k, k % 250);
   const char16_t* patterns[] = {u"[\\w\\.+-]+@[\\w\\.-]+\\.[\\w\\.-]+", u"(\\w+)\\s+\\1", u"\\((x|y)\\)",
                                 u"(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}\\d+", u"(?<=@)\\w+"};
   for (const char16_t* pattern : patterns) {

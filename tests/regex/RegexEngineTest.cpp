@@ -146,6 +146,7 @@ TEST(RegexEngineTest, Quantifiers) {
       {"zero times", u"ab{0}c", 0, u"ac", {0, 2}},
       {"brace without number is literal", u"a{,2}", 0, u"a{,2}", {0, 5}},
       {"reversed bounds are literal", u"a{3,1}", 0, u"a{3,1}", {0, 6}},
+      {"huge counts saturate", u"x{1073741824}x{99999999999}|x", 0, u"xx", {0, 1}},
       {"brace at the start is literal", u"{2}", 0, u"x{2}", {1, 4}},
       {"quantifier after a quantified item repeats it again", u"(?:a{2}){3}b|a{2}{3}b", 0, u"aaaaaab", {0, 7}},
       {"empty iteration ends an unbounded loop", u"(a|)*", 0, u"aab", {0, 2, 2, 2}},

@@ -202,7 +202,8 @@ class PatternGenerator {
       static const char16_t* const kClasses[] = {
           u".",       u"\\d",     u"\\w",      u"\\s",         u"\\D",           u"\\W",      u"\\S",
           u"[abc]",   u"[^a]",    u"[a-c]",    u"[^\\s]",      u"[\\d\\-x]",     u"[[:alpha:]]", u"[[:^alpha:]b]",
-          u"[[:xdigit:][:space:]]", u"[[:upper:]]", u"[]a]", u"[^]a]",   u"[a\\]]",      u"[[:punct:]]",   u"[.]",      u"[\\w.]"};
+          u"[[:xdigit:][:space:]]", u"[[:upper:]]", u"[]a]", u"[^]a]", u"[a\\]]", u"[[:punct:]]", u"[.]",
+          u"[\\w.]"};
       const std::u16string_view cls = m_rng.Pick(kClasses);
       Emit(cls == u"[[:upper:]]" && m_nonAscii ? u"[[:alpha:]\\d]" : cls);
       return false;

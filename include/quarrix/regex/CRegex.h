@@ -68,9 +68,12 @@ class QUARRIX_API MatchResult {
 
   int GetSize() const noexcept { return static_cast<int>(m_values.size()); }
   // The element at index, or -1 when index lies outside the result.
-  int GetAt(int index) const noexcept {
+  int GetAt(long long index) const noexcept {
     return index >= 0 && index < GetSize() ? m_values[static_cast<std::size_t>(index)] : -1;
   }
+  // The start and end of a group (-1 when it took no part or lies beyond the result).
+  int GetGroupStart(int group) const noexcept { return GetAt(2LL * group + 2); }
+  int GetGroupEnd(int group) const noexcept { return GetAt(2LL * group + 3); }
   bool IsEmpty() const noexcept { return m_values.empty(); }
   const std::vector<int>& Values() const noexcept { return m_values; }
   std::vector<int>& Values() noexcept { return m_values; }
@@ -146,8 +149,8 @@ class QUARRIX_API CRegex {
   // Start and end of the whole match or of a group in the last result; -1 beyond the result.
   int GetMatchStart() const noexcept { return m_result.GetAt(2); }
   int GetMatchEnd() const noexcept { return m_result.GetAt(3); }
-  int GetMatchGroupStart(int group) const noexcept { return m_result.GetAt(2 * group + 2); }
-  int GetMatchGroupEnd(int group) const noexcept { return m_result.GetAt(2 * group + 3); }
+  int GetMatchGroupStart(int group) const noexcept { return m_result.GetGroupStart(group); }
+  int GetMatchGroupEnd(int group) const noexcept { return m_result.GetGroupEnd(group); }
   const MatchResult& GetLastMatchResult() const noexcept { return m_result; }
 
   // text.Mid(start, end - start) of the group in result (a null result counts as empty); a group beyond the
