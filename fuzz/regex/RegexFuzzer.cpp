@@ -2,7 +2,9 @@
 // Input: byte 0 the flags, byte 1 the start for Replace and the replacement choice, byte 2 the pattern length
 // in units, then the pattern and the subject, one unit per byte (bytes from 0xE0 up stand for interesting
 // units beyond Latin-1: case-folding oddities, surrogates, wide spaces). Besides crashes and sanitizer
-// reports it checks that every reported span lies inside the text.
+// reports it checks that every reported span lies inside the text. Run (preset fuzz):
+//   build/fuzz/fuzz/RegexFuzzer -dict=fuzz/regex/regex.dict -max_len=512 <work folder> fuzz/regex/corpus
+// The seeds come from MakeSeeds.py; crash inputs that were fixed are kept beside them.
 #include <quarrix/regex/CRegex.h>
 
 #include <cstddef>
