@@ -16,11 +16,13 @@ struct Command {
 };
 
 int RunTour(std::span<char* const> args, std::ostream& out);
+int RunRegex(std::span<char* const> args, std::ostream& out);
 
 // One section of the tour each; they print what the library does with real values.
 void TourFramework(std::ostream& out);
 void TourArchive(std::ostream& out);
 void TourFoundation(std::ostream& out);
+void TourRegex(std::ostream& out);
 
 // A heading in the tour's output.
 void Heading(std::ostream& out, std::string_view title);

@@ -16,6 +16,7 @@ int RunTour(std::span<char* const> args, std::ostream& out) {
   out << "A tour of Quarrix: what each part of the library does, on real values.\n";
   TourFramework(out);
   TourArchive(out);
+  TourRegex(out);
   TourFoundation(out);
   return 0;
 }

@@ -12,6 +12,8 @@ using quarrix::tool::Command;
 
 constexpr Command kCommands[] = {
     {"tour", "tour                 show what the library can do, section by section", quarrix::tool::RunTour},
+    {"regex", "regex PATTERN TEXT   list the matches and groups of a pattern, or replace them (regex --help)",
+     quarrix::tool::RunRegex},
 };
 
 void PrintHelp(std::ostream& out) {

@@ -9,10 +9,26 @@ namespace {
 
 constexpr int kLengthCap = 1 << 30;
 
-int AddLengths(int a, int b) { return std::min(kLengthCap, a + b); }
+int AddLengths(int a, int b) { return static_cast<int>(std::min<long long>(kLengthCap, static_cast<long long>(a) + b)); }
 int MulLength(int a, int n) {
   if (a == 0 || n == 0) return 0;
   return static_cast<long long>(a) * n >= kLengthCap ? kLengthCap : a * n;
+}
+
+// Adds a literal unit to a set of units below 256 and a flag for those above; under ignore-case (the
+// literal holding folded units) every unit that folds like it as well.
+void AddLiteralUnit(std::uint64_t* low, bool& high, char16_t c, bool ignoreCase) {
+  auto add = [&](char16_t u) {
+    if (u < 256)
+      low[u >> 6] |= std::uint64_t{1} << (u & 63);
+    else
+      high = true;
+  };
+  add(c);
+  if (!ignoreCase) return;
+  for (unsigned u = 0; u < 256; ++u)
+    if (Fold(static_cast<char16_t>(u)) == c) add(static_cast<char16_t>(u));
+  if (c >= 256 || HasHighCaseVariant(c)) high = true;
 }
 
 // What can start a non-empty match of an element, and whether it can match empty.
@@ -23,7 +39,12 @@ struct Info {
   bool nullable = false;  // it can match without consuming
   int onlyClass = -1;     // the start set is exactly this class
   int minLength = 0;
-  bool pure = true;
+  bool pure = true;           // depends on the position only
+  bool deterministic = true;  // leaves no choice point behind when it succeeds
+  // The units that can stand second, when every match has two units at least and that is known.
+  bool secondKnown = false;
+  std::uint64_t second[4] = {};
+  bool secondHigh = false;
 
   void AddUnit(char16_t c) {
     if (c < 256)
@@ -55,7 +76,8 @@ class Analyser {
     for (std::size_t i = 0; i < m_re.elx.size(); ++i) Compute(static_cast<int>(i));
     for (std::size_t i = 0; i < m_re.elx.size(); ++i) {
       Elx& e = m_re.elx[i];
-      if (m_info[i].pure) e.flags |= kElxPure;
+      if (IsRepeat(e.kind) && e.child >= 0 && InfoOf(e.child).pure && InfoOf(e.child).deterministic)
+        e.flags |= kElxSettled;
       if (e.kind == ElxKind::kAlternative) AlternativeSets(e);
       if (IsSingleRepeat(e) && !(e.flags & kElxBackward)) TuneSingleRepeat(static_cast<int>(i));
     }
@@ -77,13 +99,12 @@ class Analyser {
     switch (e.kind) {
       case ElxKind::kString: {
         const std::u16string_view s(m_re.literals.data() + e.first, static_cast<std::size_t>(e.count));
-        const char16_t c = (e.flags & kElxBackward) ? s.back() : s.front();
-        info.AddUnit(c);
-        if (e.flags & kElxIgnoreCase) {
-          // The literal holds folded units; every unit below 256 with the same fold may start it too.
-          for (unsigned u = 0; u < 256; ++u)
-            if (Fold(static_cast<char16_t>(u)) == c) info.AddUnit(static_cast<char16_t>(u));
-          if (c >= 256 || HasHighCaseVariant(c)) info.high = true;
+        const bool backward = (e.flags & kElxBackward) != 0;
+        const bool ignoreCase = (e.flags & kElxIgnoreCase) != 0;
+        AddLiteralUnit(info.low, info.high, backward ? s.back() : s.front(), ignoreCase);
+        if (s.size() >= 2 && !backward) {
+          info.secondKnown = true;
+          AddLiteralUnit(info.second, info.secondHigh, s[1], ignoreCase);
         }
         info.minLength = e.count;
         break;
@@ -103,23 +124,36 @@ class Analyser {
       case ElxKind::kDelegate:
         info.any = info.nullable = true;
         info.pure = false;
+        info.deterministic = e.kind == ElxKind::kBackref;
         break;
-      case ElxKind::kBracket:
-      case ElxKind::kIndependent: info = InfoOf(e.child); break;
+      case ElxKind::kBracket: info = InfoOf(e.child); break;
+      case ElxKind::kIndependent:
+        info = InfoOf(e.child);
+        info.deterministic = true;
+        break;
       case ElxKind::kRepeat:
       case ElxKind::kGreedy:
       case ElxKind::kReluctant:
       case ElxKind::kPossessive:
         if (e.flags & kElxSingleUnit) {
-          info.AddClass(m_re.classes[static_cast<std::size_t>(e.first)], e.first);
+          const CharClass& cls = m_re.classes[static_cast<std::size_t>(e.first)];
+          info.AddClass(cls, e.first);
           info.minLength = e.min;
+          if (e.min >= 2 && !(e.flags & kElxBackward)) {
+            info.secondKnown = true;
+            std::copy(cls.LowBits(), cls.LowBits() + 4, info.second);
+            info.secondHigh = cls.GetHighMode() != CharClass::HighMode::kNone;
+          }
         } else {
           info = InfoOf(e.child);
           info.minLength = MulLength(info.minLength, e.min);
         }
         info.nullable = info.nullable || e.min == 0;
+        info.deterministic = e.kind == ElxKind::kPossessive ||
+                             (e.kind == ElxKind::kRepeat && ((e.flags & kElxSingleUnit) || info.deterministic));
         break;
       case ElxKind::kList: {
+        ListSecond(e, info);
         info.nullable = true;
         for (int k = 0; k < e.count; ++k) {
           const Info& c = InfoOf(Child(e, k));
@@ -127,29 +161,37 @@ class Analyser {
           info.nullable = info.nullable && c.nullable;
           info.minLength = AddLengths(info.minLength, c.minLength);
           info.pure = info.pure && c.pure;
+          info.deterministic = info.deterministic && c.deterministic;
         }
         break;
       }
       case ElxKind::kAlternative: {
         info.minLength = kLengthCap;
+        info.secondKnown = true;
         for (int k = 0; k < e.count; ++k) {
           const Info& c = InfoOf(Child(e, k));
+          info.secondKnown = info.secondKnown && c.secondKnown;
+          for (int w = 0; w < 4; ++w) info.second[w] |= c.second[w];
+          info.secondHigh = info.secondHigh || c.secondHigh;
           info.Merge(c);
           info.nullable = info.nullable || c.nullable;
           info.minLength = std::min(info.minLength, c.minLength);
           info.pure = info.pure && c.pure;
         }
+        info.deterministic = false;
         break;
       }
       case ElxKind::kCondition: {
         const Info& yes = InfoOf(e.child);
         info = yes;
+        info.secondKnown = false;
         if (e.other >= 0) {
           const Info& no = InfoOf(e.other);
           info.Merge(no);
           info.nullable = yes.nullable || no.nullable;
           info.minLength = std::min(yes.minLength, no.minLength);
           info.pure = yes.pure && no.pure;
+          info.deterministic = yes.deterministic && no.deterministic;
         } else {
           info.nullable = true;
           info.minLength = 0;
@@ -162,6 +204,28 @@ class Analyser {
         break;
       }
     }
+    if (info.nullable) info.secondKnown = false;
+  }
+
+  // A list's second unit: that of its first child when the child knows it, or the first unit of the second
+  // child when the first child is exactly one unit long.
+  void ListSecond(const Elx& list, Info& info) const {
+    const Elx& first = At(Child(list, 0));
+    const Info& i0 = InfoOf(Child(list, 0));
+    if (i0.nullable || (list.flags & kElxBackward)) return;
+    if (i0.secondKnown) {
+      info.secondKnown = true;
+      std::copy(std::begin(i0.second), std::end(i0.second), info.second);
+      info.secondHigh = i0.secondHigh;
+      return;
+    }
+    const bool oneUnit = first.kind == ElxKind::kRange || (first.kind == ElxKind::kString && first.count == 1);
+    if (!oneUnit || list.count < 2) return;
+    const Info& i1 = InfoOf(Child(list, 1));
+    if (i1.nullable || i1.any) return;
+    info.secondKnown = true;
+    std::copy(std::begin(i1.low), std::end(i1.low), info.second);
+    info.secondHigh = i1.high;
   }
 
   // Each alternative gets the set of units it can start with, so that the matcher skips the ones that cannot
@@ -222,6 +286,20 @@ class Analyser {
     if ((e.kind == ElxKind::kGreedy || e.kind == ElxKind::kReluctant) && n.kind == ElxKind::kString &&
         !(n.flags & kElxIgnoreCase))
       e.followUnit = m_re.literals[static_cast<std::size_t>(n.first)];
+  }
+
+  static void SplitRanges(FirstSet& set) {
+    int count = 0;
+    for (unsigned c = 0; c < 256; ++c) {
+      if (!set.Test(static_cast<char16_t>(c)) || (c > 0 && set.Test(static_cast<char16_t>(c - 1)))) continue;
+      if (count == 4) return;  // too many: the search tests unit by unit
+      unsigned end = c;
+      while (end + 1 < 256 && set.Test(static_cast<char16_t>(end + 1))) ++end;
+      set.rangeLow[count] = static_cast<char16_t>(c);
+      set.rangeHigh[count] = static_cast<char16_t>(end);
+      ++count;
+    }
+    set.ranges = count;
   }
 
   // The element matched first: through lists (their first child) and nothing else.
@@ -321,6 +399,12 @@ class Analyser {
       plan.useFirstSet = true;
       std::copy(std::begin(root.low), std::end(root.low), plan.first.low);
       plan.first.high = root.high;
+      SplitRanges(plan.first);
+      if (root.secondKnown) {
+        plan.useSecondSet = true;
+        std::copy(std::begin(root.second), std::end(root.second), plan.second.low);
+        plan.second.high = root.secondHigh;
+      }
     }
     const int lead = Leading();
     const Elx& l = At(lead);

@@ -1,5 +1,6 @@
 #include "internal/Builder.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -107,7 +108,8 @@ class Builder {
     for (const ClassItem& item : cls.Items()) {
       if (item.isProperty) {
         if (item.property == CharProperty::kLower || item.property == CharProperty::kUpper) return true;
-      } else if (item.high >= 128 || (item.low <= u'z' && item.high >= u'a') || (item.low <= u'Z' && item.high >= u'A')) {
+      } else if (item.high >= 128 || (item.low <= u'z' && item.high >= u'a') ||
+                 (item.low <= u'Z' && item.high >= u'A')) {
         return true;
       }
     }
@@ -605,7 +607,8 @@ class Builder {
     ClassAtom atom;
     const char16_t c = m_p[j];
     if (c == u'[' && j + 1 < m_p.size() && m_p[j + 1] == u':') {
-      const std::size_t close = m_p.find(u":]", j + 2);
+      // Names are short: look no further, so that many "[:" cannot make reading quadratic.
+      const std::size_t close = m_p.substr(0, std::min(m_p.size(), j + 12)).find(u":]", j + 2);
       if (close != std::u16string_view::npos) {
         std::u16string_view name = m_p.substr(j + 2, close - j - 2);
         const bool negated = !name.empty() && name[0] == u'^';
@@ -760,7 +763,8 @@ class Builder {
       m_i = j - 1;  // the look-around's own "(?" follows
       return true;
     }
-    const std::size_t close = m_p.find(u')', j);
+    // A group number or name in its delimiters; looking further would make many "(?(" quadratic.
+    const std::size_t close = m_p.substr(0, std::min(m_p.size(), j + 64)).find(u')', j);
     if (close == std::u16string_view::npos) return false;
     std::u16string_view text = m_p.substr(j, close - j);
     if (text.size() >= 2 && ((text.front() == u'<' && text.back() == u'>') ||

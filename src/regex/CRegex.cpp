@@ -126,8 +126,8 @@ void CRegex::ResetMatch() { m_nextStart = 0; }
 int CRegex::IsLastMatchSuccessfull() const noexcept { return m_result.IsEmpty() ? 0 : m_result.GetAt(0); }
 
 CString CRegex::GetMatchGroupText(const MatchResult* result, const CString& text, int group) {
-  const int start = result ? result->GetAt(2 * group + 2) : -1;
-  const int end = result ? result->GetAt(2 * group + 3) : -1;
+  const int start = result ? result->GetGroupStart(group) : -1;
+  const int end = result ? result->GetGroupEnd(group) : -1;
   return text.Mid(start, end - start);
 }
 

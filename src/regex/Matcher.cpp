@@ -1,9 +1,9 @@
 // The matcher walks the element tree without native recursion. Matching an element either succeeds and
 // continues with what follows it (found through the tree's parent and sibling links), or fails and resumes
-// the most recent choice point. Every register write is trailed, so resuming a choice point undoes
-// everything done since it was made; cutting choice points (atomic groups, look-around) leaves the trail
-// alone. This is the element's Match (enter) and MatchNext (resume its choice point) of a recursive design,
-// turned into one loop.
+// the most recent choice point. Register writes made under a choice point are trailed, so resuming a choice
+// point undoes everything done since it was made; cutting choice points (atomic groups, look-around) leaves
+// the trail alone. Entering an element and resuming its choice point are the Match and MatchNext of a
+// recursive design, turned into one loop.
 #include "internal/Matcher.h"
 
 #include "internal/TextScan.h"
@@ -18,10 +18,10 @@ namespace {
 
 std::atomic<int> g_matchLimit{10000000};
 
-// Stack sizes beyond which a search gives up as if it had hit the match limit (about 1 GB in all).
-constexpr int kMaxChoices = 1 << 25;
-constexpr int kMaxTrail = 1 << 26;
-constexpr int kMaxHeap = 1 << 26;
+// Stack sizes beyond which a search gives up as if it had hit the match limit (320, 256 and 128 MB).
+constexpr int kMaxChoices = 1 << 24;
+constexpr int kMaxTrail = 1 << 25;
+constexpr int kMaxHeap = 1 << 25;
 
 enum ChoiceType : std::int32_t {
   kChAlternative,   // data: the next alternative to try
@@ -32,6 +32,9 @@ enum ChoiceType : std::int32_t {
   kChNegAssert,     // the content of a negative look-around failed: the assertion holds
   kChCondNo,        // the look-around of a condition failed: take the no branch
 };
+
+// Up to this many registers an attempt starts by setting them all to -1; beyond it, every write is trailed.
+constexpr int kFreshRegisters = 64;
 
 constexpr int kNoMatch = -1;
 constexpr int kLimit = -2;
@@ -71,14 +74,24 @@ class Matcher {
   // Units s[0, n) against the text at from; ignore-case literals hold folded units.
   bool SameText(int from, const char16_t* s, int n, bool ignoreCase) const noexcept {
     const char16_t* t = m_text + from;
-    if (!ignoreCase) return std::memcmp(t, s, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    if (!ignoreCase) {
+      if (n <= 8) {  // short literals are the rule: no call
+        for (int k = 0; k < n; ++k)
+          if (t[k] != s[k]) return false;
+        return true;
+      }
+      return std::memcmp(t, s, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    }
     for (int k = 0; k < n; ++k)
       if (Fold(t[k]) != s[k]) return false;
     return true;
   }
   // Text against text, for back-references.
   bool SameSpan(int a, int b, int n, bool ignoreCase) const noexcept {
-    if (!ignoreCase) return std::memcmp(m_text + a, m_text + b, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    if (!ignoreCase) {
+      if (n > 0 && m_text[a] != m_text[b]) return false;  // most comparisons end at the first unit
+      return std::memcmp(m_text + a, m_text + b, static_cast<std::size_t>(n) * sizeof(char16_t)) == 0;
+    }
     for (int k = 0; k < n; ++k)
       if (Fold(m_text[a + k]) != Fold(m_text[b + k])) return false;
     return true;
@@ -102,8 +115,9 @@ class Matcher {
   bool Viable(const Elx& alt, int child, int pos) const noexcept {
     const int set = m_elx[child].firstSet;
     if (set < 0) return true;
-    if (!(alt.flags & kElxBackward)) return pos < m_len && m_re.firstSets[static_cast<std::size_t>(set)].Test(m_text[pos]);
-    return pos > 0 && m_re.firstSets[static_cast<std::size_t>(set)].Test(m_text[pos - 1]);
+    const FirstSet& first = m_re.firstSets[static_cast<std::size_t>(set)];
+    if (!(alt.flags & kElxBackward)) return pos < m_len && first.Test(m_text[pos]);
+    return pos > 0 && first.Test(m_text[pos - 1]);
   }
   // The first alternative from k on that can match at pos, or -1.
   int NextViable(const Elx& alt, int k, int pos) const noexcept {
@@ -112,8 +126,11 @@ class Matcher {
     return -1;
   }
 
+  // Without a choice point nothing can come back to the old value but a new attempt, which starts with
+  // fresh registers: only writes under a choice point are trailed. With many registers, refreshing them all
+  // for each attempt would cost more than trailing every write and unwinding a failed attempt.
   void SetReg(int reg, std::int32_t value) {
-    m_ctx.m_trail.Push({reg, m_regs[reg]});
+    if (m_trailAll || m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({reg, m_regs[reg]});
     m_regs[reg] = value;
   }
   bool PushChoice(std::int32_t type, std::int32_t node, std::int32_t pos, std::int32_t data) {
@@ -148,6 +165,7 @@ class Matcher {
   const CharClass* const m_classes;
   const std::uint16_t* const m_wordFlags;
   std::int32_t* m_regs = nullptr;
+  const bool m_trailAll = m_re.regCount > kFreshRegisters;
 };
 
 // A recursion frame on the heap: target, calling element, position, then a copy of every register.
@@ -161,7 +179,7 @@ bool Matcher::Call(int node, int target, int pos) {
   f[1] = node;
   f[2] = pos;
   std::memcpy(f + 3, m_regs, static_cast<std::size_t>(size) * sizeof(std::int32_t));
-  m_ctx.m_trail.Push({-1, frame});
+  if (m_trailAll || m_ctx.m_choices.GetSize() > 0) m_ctx.m_trail.Push({-1, frame});
   m_ctx.m_heapTop = frame + 3 + size;
   SetReg(m_elx[target].callReg, pos);
   SetReg(m_re.frameReg, frame);
@@ -178,6 +196,7 @@ void Matcher::Return(int frame) {
 
 int Matcher::Attempt(int start) {
   m_regs = m_ctx.m_regs.GetBuffer();
+  if (!m_trailAll) std::fill(m_regs, m_regs + m_re.regCount, -1);
   m_ctx.m_choices.Clear();
   m_ctx.m_trail.Clear();
   m_ctx.m_heapTop = 0;
@@ -386,12 +405,13 @@ do_succeed: {
     case ElxKind::kGreedy:
     case ElxKind::kReluctant:
     case ElxKind::kPossessive: {
-      // One more iteration is done. An empty one beyond the minimum ends the loop (it would only repeat
-      // itself); so does an empty mandatory one when the content cannot behave differently next time.
+      // One more iteration is done. An empty one ends an unbounded loop once the minimum is reached (it
+      // could only repeat itself); a bounded loop goes on to its bound, unless the content would only
+      // repeat itself identically.
       node = p;
       const int k = m_regs[parent.reg] + 1;
       if (pos == m_regs[parent.reg + 1]) {
-        if (k >= parent.min || (parent.flags & kElxPure)) {
+        if ((parent.max < 0 && k >= parent.min) || (parent.flags & kElxSettled)) {
           SetReg(parent.reg, std::max(k, parent.min));
           goto do_repeat_done;
         }
@@ -426,7 +446,7 @@ do_succeed: {
 
 do_fail: {
   if (m_ctx.m_choices.GetSize() == 0) {
-    Unwind(0);  // registers written before the first choice point: the next attempt starts clean
+    if (m_trailAll) Unwind(0);  // the next attempt starts with clean registers
     goto do_exit;
   }
   const Choice c = m_ctx.m_choices[m_ctx.m_choices.GetSize() - 1];
@@ -502,32 +522,42 @@ do_exit:
 namespace {
 
 // Where the next attempt after a failed one at pos may start.
-struct Candidates {
-  const CompiledRegex& re;
-  std::u16string_view text;
-  int required = -1;  // the last position where the required literal was found
+class Candidates {
+ public:
+  Candidates(const CompiledRegex& re, std::u16string_view text) : m_re(re), m_text(text), m_first(re.plan.first) {}
 
   // The first position from pos on (at most last) where a match may start, or -1.
   int Next(int pos, int last) {
-    const SearchPlan& plan = re.plan;
-    const int len = static_cast<int>(text.size());
+    const SearchPlan& plan = m_re.plan;
+    const int len = static_cast<int>(m_text.size());
     if (!plan.prefix.empty()) {
-      pos = FindLiteral(text, pos, last, plan.prefix);
+      pos = FindLiteral(m_text, pos, last, plan.prefix);
     } else if (!plan.lookbehind.empty()) {
       const int n = static_cast<int>(plan.lookbehind.size());
-      const int found = FindLiteral(text, std::max(0, pos - n), last - n, plan.lookbehind);
+      const int found = FindLiteral(m_text, std::max(0, pos - n), last - n, plan.lookbehind);
       pos = found < 0 ? -1 : found + n;
     } else if (plan.useFirstSet) {
-      const char16_t* p = ScanFirstSet(text.data() + pos, text.data() + last + 1, plan.first);
-      pos = p == text.data() + last + 1 ? -1 : static_cast<int>(p - text.data());
+      const char16_t* const base = m_text.data();
+      const char16_t* const end = base + last + 1;
+      const char16_t* p = m_first.Find(base + pos, end);
+      // The second unit rules out most places where only the first fits.
+      // (Every match has two units then, so p + 1 lies inside the text.)
+      while (plan.useSecondSet && p != end && !plan.second.Test(p[1])) p = m_first.Find(p + 1, end);
+      pos = p == end ? -1 : static_cast<int>(p - base);
     }
     if (pos < 0 || pos > last) return -1;
-    if (!plan.required.empty() && required < pos + plan.requiredOffset) {
-      required = FindLiteral(text, std::min(len, pos + plan.requiredOffset), len, plan.required);
-      if (required < 0) return -1;
+    if (!plan.required.empty() && m_required < pos + plan.requiredOffset) {
+      m_required = FindLiteral(m_text, std::min(len, pos + plan.requiredOffset), len, plan.required);
+      if (m_required < 0) return -1;
     }
     return pos;
   }
+
+ private:
+  const CompiledRegex& m_re;
+  std::u16string_view m_text;
+  FirstSetScanner m_first;
+  int m_required = -1;  // the last position where the required literal was found
 };
 
 }  // namespace
@@ -580,7 +610,7 @@ bool CContext::Search(const CompiledRegex& re, std::u16string_view text, int sta
         }
         break;
       case SearchPlan::Anchor::kNone: {
-        Candidates candidates{re, text};
+        Candidates candidates(re, text);
         const Elx* run = plan.leadingRun >= 0 ? &re.elx[static_cast<std::size_t>(plan.leadingRun)] : nullptr;
         for (int pos = start; pos <= last;) {
           pos = candidates.Next(pos, last);

@@ -10,10 +10,11 @@
 // [:space:] [:upper:] [:xdigit:] (also [:^name:]); anchors ^ $ \A \Z \z \b \B and \G (only under
 // FlagGlobal, otherwise a literal G); quantifiers * + ? {n} {n,} {n,m}, each optionally followed by ? (lazy)
 // or + (possessive); groups ( ), (?: ), (?<name> ), (?'name' ), (?P<name> ), (?> ), (?= ), (?! ), (?<= ),
-// (?<! ) (look-behind runs right to left, so it may have any length), (?#comment); back-references \1 ... \9,
-// \NN (when that many groups have opened before it), \k<name>, \k'name', \k{name}, \g{n}; conditions
+// (?<! ) (look-behind may have any length), (?#comment); back-references \1 ... \9, \NN (when that many
+// groups have opened before it), \k<name>, \k'name', \k{name}, \g{n}, \gn, \g{-n} (relative); conditions
 // (?(1)yes|no), (?(name)yes|no), (?(<name>)...), (?(?=...)yes|no) with any look-around; recursion (?R),
-// (?R<n>), (?R<name>), (?R'n'), (?R'name'); inline modifiers (?imsg-imsg) and (?imsg-imsg: ...).
+// (?R<n>), (?R<name>), (?R'n'), (?R'name'), after which the captures made inside it are forgotten; inline
+// modifiers (?imsg-imsg) and (?imsg-imsg: ...).
 //
 // Character semantics: positions are UTF-16 code units and every class tests one unit. \d and [:digit:] are
 // the ASCII digits 0-9; \w is a letter, a digit or '_' and \s is white space as the framework's Unicode tables
@@ -22,21 +23,26 @@
 // case of its upper case does), so 'k' also matches U+212A KELVIN SIGN. '.' excludes only the line feed.
 // Multi-line ^ also matches after a line feed that ends the text.
 //
+// Right to left (FlagRightToLeft, and inside look-behind) the pattern is matched from its end towards its
+// start, so a back-reference must stand to the right of its group to see it, and a group inside a
+// look-behind also runs right to left when recursion calls it.
+//
 // Malformed patterns: an unmatched ')' is a literal; groups still open at the end are closed there; a
 // quantifier with nothing before it is a literal character, one right after another quantifier repeats the
 // quantified item again; a '{' that does not start a valid {n}, {n,} or {n,m} (with n <= m) is a literal; an
-// unterminated '[' is a literal '[' and an unknown POSIX name leaves its '[' literal; a range whose end lies
-// below its start is empty; a malformed \x{...} (no closing brace, no or non-hex digits, above 10FFFF) stands
-// for the letter x and \x or \u with too few hex digits for their letter; a code point above FFFF outside a
-// class is its surrogate pair, inside a class both surrogate units join the class; a reference to a group or
-// name that does not exist never matches and a condition on one is false; '(?' followed by anything
-// unrecognised opens a non-capturing group whose text starts after the '?'; unknown letters in inline
-// modifiers are ignored. Recursion that comes back to the same group at the same position without consuming
-// text fails instead of looping.
+// unterminated '[' is a literal '[', and so is the '[' of an unknown POSIX name; a range whose end lies below
+// its start is empty; a malformed \x{...} (no closing brace, no or non-hex digits, above 10FFFF) stands for
+// the letter x, the rest being read as pattern text (so \x{110000} repeats x 110000 times), and \x or \u with
+// too few hex digits stand for their letter; a code point above FFFF is its surrogate pair, or both its units
+// inside a class; a reference to a group or name that does not exist never matches and a condition on one is
+// false; '(?' followed by anything unrecognised opens a non-capturing group whose text starts after the '?';
+// unknown letters in inline modifiers are ignored (there is none for the extended flag). Recursion that comes
+// back to the same group at the same position without consuming text fails instead of looping.
 //
 // Limits: each search may take at most GetMatchLimit() backtracking steps (default 10,000,000, process-wide);
 // a search that needs more reports no match and IsMatchLimitHit() tells so. A search over a very long text
-// whose failed attempts backtrack a lot can reach the limit too; raise it for such work.
+// whose failed attempts backtrack a lot can reach the limit too; raise it for such work. So does a search
+// whose backtracking state would outgrow about 700 MB (some 16 million open alternatives).
 //
 // Threads: distinct CRegex objects may be used from different threads at once; one object is not
 // synchronised.
@@ -62,9 +68,12 @@ class QUARRIX_API MatchResult {
 
   int GetSize() const noexcept { return static_cast<int>(m_values.size()); }
   // The element at index, or -1 when index lies outside the result.
-  int GetAt(int index) const noexcept {
+  int GetAt(long long index) const noexcept {
     return index >= 0 && index < GetSize() ? m_values[static_cast<std::size_t>(index)] : -1;
   }
+  // The start and end of a group (-1 when it took no part or lies beyond the result).
+  int GetGroupStart(int group) const noexcept { return GetAt(2LL * group + 2); }
+  int GetGroupEnd(int group) const noexcept { return GetAt(2LL * group + 3); }
   bool IsEmpty() const noexcept { return m_values.empty(); }
   const std::vector<int>& Values() const noexcept { return m_values; }
   std::vector<int>& Values() noexcept { return m_values; }
@@ -88,7 +97,8 @@ class QUARRIX_API CRegex {
     FlagExtended = 32,    // white space in the expression is ignored and '#' starts a comment to the line end
   };
 
-  // Empty expression, flags 0, empty text, not prepared, empty result.
+  // Empty expression, flags 0, empty text, not prepared, empty result. Until an expression is set it
+  // matches nothing (Match gives 0 and an empty result).
   CRegex();
   // Stores and compiles the expression at once.
   CRegex(CString expression, int flags);
@@ -122,11 +132,15 @@ class QUARRIX_API CRegex {
   void PrepareMatch(const CString& text);
   // Searches the prepared text from the next start; returns 0 at once when not prepared. After a match the
   // next start becomes the match end, so an empty match is found again on the next call: step on yourself
-  // (for example with a new PrepareMatch, or by matching with an expression that cannot match empty). Under
-  // FlagRightToLeft the next start is the match end as well, so the same match is found again.
+  // (SetNextStart). Under FlagRightToLeft the next start is the match end as well, so the same match is
+  // found again.
   int MatchNext();
   // Sets the next start back to 0; the prepared state stays.
   void ResetMatch();
+  // Where the next MatchNext searches from (-1: the default start). Callers step over an empty match with
+  // SetNextStart(GetMatchEnd() + 1), and walk right to left with SetNextStart(GetMatchStart()).
+  int GetNextStart() const noexcept { return m_nextStart; }
+  void SetNextStart(int start) noexcept { m_nextStart = start; }
   // Element 0 of the last result (0 when it is empty).
   int IsLastMatchSuccessfull() const noexcept;
   // True when the last search of this object (Match, MatchNext, MatchExact, Replace) gave up at the limit.
@@ -135,8 +149,8 @@ class QUARRIX_API CRegex {
   // Start and end of the whole match or of a group in the last result; -1 beyond the result.
   int GetMatchStart() const noexcept { return m_result.GetAt(2); }
   int GetMatchEnd() const noexcept { return m_result.GetAt(3); }
-  int GetMatchGroupStart(int group) const noexcept { return m_result.GetAt(2 * group + 2); }
-  int GetMatchGroupEnd(int group) const noexcept { return m_result.GetAt(2 * group + 3); }
+  int GetMatchGroupStart(int group) const noexcept { return m_result.GetGroupStart(group); }
+  int GetMatchGroupEnd(int group) const noexcept { return m_result.GetGroupEnd(group); }
   const MatchResult& GetLastMatchResult() const noexcept { return m_result; }
 
   // text.Mid(start, end - start) of the group in result (a null result counts as empty); a group beyond the

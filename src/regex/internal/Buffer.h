@@ -1,7 +1,6 @@
 #pragma once
 // Growable arrays of trivially copyable values for the matcher's stacks. Unlike std::vector they never
 // initialise what they grow and let the hot loop write without a capacity check once room is reserved.
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -36,7 +35,7 @@ class CBufferT : public CBufferRefT<T> {
   CBufferT() noexcept = default;
   CBufferT(const CBufferT&) = delete;
   CBufferT& operator=(const CBufferT&) = delete;
-  ~CBufferT() { std::free(m_pBuffer); }
+  ~CBufferT() { ::operator delete(m_pBuffer); }
 
   int GetCapacity() const noexcept { return m_nCapacity; }
   void Clear() noexcept { m_nSize = 0; }
@@ -61,9 +60,10 @@ class CBufferT : public CBufferRefT<T> {
   void Grow(int needed) {
     int capacity = m_nCapacity * 2 > 8 ? m_nCapacity * 2 : 8;
     if (capacity < needed) capacity = (needed + 7) / 8 * 8;
-    void* p = std::realloc(m_pBuffer, static_cast<std::size_t>(capacity) * sizeof(T));
-    if (!p) throw std::bad_alloc();
-    m_pBuffer = static_cast<T*>(p);
+    T* p = static_cast<T*>(::operator new(static_cast<std::size_t>(capacity) * sizeof(T)));
+    if (m_nSize > 0) std::memcpy(p, m_pBuffer, static_cast<std::size_t>(m_nSize) * sizeof(T));
+    ::operator delete(m_pBuffer);
+    m_pBuffer = p;
     m_nCapacity = capacity;
   }
 

@@ -58,7 +58,9 @@ enum ElxFlag : std::uint8_t {
   kElxNegative = 4,      // assertions: (?! and (?<!
   kElxSingleUnit = 8,    // repeats: the child is a class of one unit, repeated by a scanning loop
   kElxCallTarget = 16,   // the target of some recursion
-  kElxPure = 32,         // no back-reference, group condition or recursion inside: a function of position
+  kElxSettled = 32,      // repeats: the content depends on the position only (no back-reference, group
+                         // condition or recursion) and leaves no choice point, so an empty iteration would
+                         // only repeat itself
   kElxCondAssert = 64,   // conditions: the condition is a look-around (in `cond`), not a group number
 };
 
@@ -86,6 +88,10 @@ struct Elx {
 struct FirstSet {
   std::uint64_t low[4] = {};
   bool high = false;  // some unit from 256 up may start it
+  // The low part as at most four ranges of units, when it is that simple (ranges == 0 otherwise), so that
+  // the search can test eight units at once.
+  int ranges = 0;
+  char16_t rangeLow[4] = {}, rangeHigh[4] = {};
   bool Test(char16_t c) const noexcept { return c < 256 ? (low[c >> 6] >> (c & 63)) & 1 : high; }
 };
 
@@ -94,8 +100,10 @@ struct SearchPlan {
   enum class Anchor : std::uint8_t { kNone, kTextStart, kSearchStart, kLineStart };
   Anchor anchor = Anchor::kNone;
   int minLength = 0;             // no match is shorter
-  bool useFirstSet = false;      // every match starts with a unit of firstSet
+  bool useFirstSet = false;      // every match starts with a unit of first
   FirstSet first;
+  bool useSecondSet = false;     // every match is two units long at least, the second one from second
+  FirstSet second;
   std::u16string prefix;         // every match starts with this text (case-sensitive), or empty
   std::u16string required;       // every match contains this text at requiredOffset or later from its start
   int requiredOffset = 0;

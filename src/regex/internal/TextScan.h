@@ -65,11 +65,46 @@ inline int FindLiteral(std::u16string_view text, int from, int last, std::u16str
   return -1;
 }
 
-// The first p in [from, end) whose unit may start a match, or end.
-inline const char16_t* ScanFirstSet(const char16_t* p, const char16_t* end, const FirstSet& set) noexcept {
-  for (; p < end; ++p)
-    if (set.Test(*p)) return p;
-  return end;
-}
+// Finds the units of a first set; set up once per search, since candidates can stand close together.
+class FirstSetScanner {
+ public:
+  explicit FirstSetScanner(const FirstSet& set) noexcept : m_set(set) {
+#if defined(__SSE2__)
+    for (int k = 0; k < set.ranges; ++k) {
+      m_low[k] = _mm_set1_epi16(static_cast<short>(set.rangeLow[k]));
+      m_span[k] = _mm_set1_epi16(static_cast<short>(set.rangeHigh[k] - set.rangeLow[k]));
+    }
+#endif
+  }
+
+  // The first p in [p, end) whose unit is in the set, or end.
+  const char16_t* Find(const char16_t* p, const char16_t* end) const noexcept {
+#if defined(__SSE2__)
+    if (m_set.ranges > 0) {
+      // Unit u is in [low, high] when (u - low) does not exceed (high - low), compared without sign.
+      const __m128i zero = _mm_setzero_si128();
+      const __m128i ones = _mm_set1_epi16(-1);
+      const __m128i top = _mm_set1_epi16(255);
+      for (; end - p >= 8; p += 8) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        __m128i hit = m_set.high ? _mm_xor_si128(_mm_cmpeq_epi16(_mm_subs_epu16(v, top), zero), ones) : zero;
+        for (int k = 0; k < m_set.ranges; ++k)
+          hit = _mm_or_si128(hit, _mm_cmpeq_epi16(_mm_subs_epu16(_mm_sub_epi16(v, m_low[k]), m_span[k]), zero));
+        const int mask = _mm_movemask_epi8(hit);
+        if (mask) return p + (__builtin_ctz(static_cast<unsigned>(mask)) >> 1);
+      }
+    }
+#endif
+    for (; p < end; ++p)
+      if (m_set.Test(*p)) return p;
+    return end;
+  }
+
+ private:
+  const FirstSet& m_set;
+#if defined(__SSE2__)
+  __m128i m_low[4], m_span[4];
+#endif
+};
 
 }  // namespace quarrix::detail::regex
