@@ -30,7 +30,8 @@ void ExpectIndependentCopies(const char* name, const std::function<void(T&)>& fi
   T assigned;
   other(assigned);
   assigned = source;
-  assigned = assigned;  // assigning itself changes nothing
+  T& self = assigned;
+  assigned = self;  // assigning itself changes nothing
   change(source);
   EXPECT_EQ(test::ToHex(test::Store(copy)), test::ToHex(before)) << name;
   EXPECT_EQ(test::ToHex(test::Store(assigned)), test::ToHex(before)) << name;

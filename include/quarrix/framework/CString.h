@@ -190,8 +190,8 @@ class QUARRIX_API CStringT {
   StringType m_str;
 };
 
-extern template class CStringT<char16_t>;
-extern template class CStringT<char>;
+extern template class QUARRIX_API CStringT<char16_t>;
+extern template class QUARRIX_API CStringT<char>;
 
 // printf-style formatting into a new string (see Format.h).
 template <class... Args>
