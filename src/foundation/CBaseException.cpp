@@ -2,7 +2,7 @@
 
 #include <quarrix/framework/MessageBox.h>
 
-#include "internal/Widen.h"
+#include <quarrix/framework/CodePage.h>
 
 namespace quarrix {
 
@@ -18,7 +18,9 @@ CString CBaseException::GetMessageText(EMessagePrefix ePrefix) const {
 void CBaseException::ReportException() const { AfxMessageBox(GetMessageText(ePrefixClassAndID), MB_OK, 0); }
 
 CString _PlaceStamp(const char* file, const char* function, int line) {
-  return u"File:   " + detail::WidenBytes(file) + cstringf(u"\nLine:   %d\nFunction:   ", line) + detail::WidenBytes(function);
+  // Each byte is the character of the same number: Latin-1, whatever the ANSI code page says.
+  const auto widen = [](const char* text) { return CString(CodePageToUtf16(28591, text ? text : "")); };
+  return u"File:   " + widen(file) + cstringf(u"\nLine:   %d\nFunction:   ", line) + widen(function);
 }
 
 }  // namespace quarrix

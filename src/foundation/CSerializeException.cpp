@@ -1,8 +1,10 @@
 #include <quarrix/foundation/CSerializeException.h>
 
-#include <iterator>
+#include <quarrix/framework/CodePage.h>
 
-#include "internal/Widen.h"
+#include <cstring>
+#include <iterator>
+#include <string_view>
 
 namespace quarrix {
 
@@ -29,8 +31,9 @@ CSerializeException::CSerializeException(ESerializeException eCode) {
   m_nExceptionID = eCode;
   const int row = eCode >= 0 && eCode < static_cast<int>(std::size(m_ExceptionDefinitionTable)) ? eCode : 0;
   // An application may have filled all 252 bytes; the text ends there even without a terminator.
-  m_strMessage = detail::WidenBytes(m_ExceptionDefinitionTable[row].m_szText,
-                                    sizeof m_ExceptionDefinitionTable[row].m_szText);
+  // Each byte is the character of the same number: Latin-1, whatever the ANSI code page says.
+  const char* text = m_ExceptionDefinitionTable[row].m_szText;
+  m_strMessage = CodePageToUtf16(28591, std::string_view(text, strnlen(text, sizeof m_ExceptionDefinitionTable[row].m_szText)));
 }
 
 CSerializeException::~CSerializeException() = default;

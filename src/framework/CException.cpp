@@ -1,23 +1,13 @@
 #include <quarrix/framework/CException.h>
 
 #include <quarrix/framework/CodePage.h>
+#include <quarrix/framework/LastError.h>
 #include <quarrix/framework/MessageBox.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace quarrix {
-namespace {
-
-CString OsErrorText(LONG error) {
-  char buf[256];
-  // GNU strerror_r: returns a pointer to the text, which may or may not be buf.
-  const char* text = strerror_r(static_cast<int>(error), buf, sizeof buf);
-  return CString(Utf8ToUtf16(text).c_str());
-}
-
-}  // namespace
 
 CException::~CException() = default;
 
@@ -58,7 +48,10 @@ CString CFileException::GetErrorMessage() const {
       u"Lock violation",    u"Disk full",             u"Attempt to access the file past its end"};
   CString text = m_cause >= 0 && m_cause < static_cast<int>(std::size(kCauses)) ? kCauses[m_cause] : kCauses[1];
   if (!m_strFileName.IsEmpty()) text += u": " + m_strFileName;
-  if (m_lOsError > 0) text += u" (" + OsErrorText(m_lOsError) + u")";
+  if (m_lOsError > 0) {
+    const CString os = GetOsErrorText(m_lOsError);
+    text += os.IsEmpty() ? cstringf(u" (error %d)", m_lOsError) : u" (" + os + u")";
+  }
   return text + u".";
 }
 

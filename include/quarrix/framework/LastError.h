@@ -1,6 +1,7 @@
 #pragma once
 // The Win32 "last error" of the calling thread, set by the library's Win32-style functions
 // (MultiByteToWideChar, the registry functions, ...). It is the library's own per-thread value, not errno.
+#include <quarrix/framework/CString.h>
 #include <quarrix/framework/Export.h>
 #include <quarrix/framework/Types.h>
 
@@ -22,5 +23,9 @@ inline constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 
 QUARRIX_API DWORD GetLastError() noexcept;
 QUARRIX_API void SetLastError(DWORD dwErrCode) noexcept;
+
+// The C library's text for an errno value, in English whatever the locale ("No such file or directory" for
+// ENOENT); empty for a value it does not know.
+QUARRIX_API CString GetOsErrorText(int errnoValue);
 
 }  // namespace quarrix
