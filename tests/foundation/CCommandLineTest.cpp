@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 namespace quarrix {
 namespace {
 
@@ -77,9 +79,10 @@ TEST_F(CCommandLineTest, ListAndLine) {
 
 TEST_F(CCommandLineTest, NarrowArgumentsUseTheAnsiCodePage) {
   const char* argv[] = {"prog", "-name:Ma\xDF"};
-  ASSERT_TRUE(SetAnsiCodePage(1252));
-  CCommandLine::SetArguments(2, argv);
-  SetAnsiCodePage(CP_UTF8);
+  {
+    test::ScopedAnsiCodePage cp1252(1252);
+    CCommandLine::SetArguments(2, argv);
+  }
   CString v;
   EXPECT_TRUE(CCommandLine::GetParameterValue(u"name", v));
   EXPECT_EQ(v, u"Maß");

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -34,7 +36,6 @@ class CLoggerTest : public ::testing::Test {
   void TearDown() override {
     fs::current_path(m_previous);
     fs::remove_all(m_dir);
-    SetAnsiCodePage(CP_UTF8);
   }
   CString PathOf(const char* name) const { return CString((m_dir / name).u16string()); }
 
@@ -58,8 +59,10 @@ TEST_F(CLoggerTest, TextGoesThroughTheAnsiCodePageWithCrLf) {
   ASSERT_TRUE(log.Open(PathOf("ansi.log"), true, false));
   ASSERT_TRUE(log.Write(u"Maß\n"));
   log.Close();
-  ASSERT_TRUE(SetAnsiCodePage(1252));
-  ASSERT_TRUE(log.Write(u"Maß \u4e00\r\n"));  // an existing CR stays and gains another, as in text mode
+  {
+    test::ScopedAnsiCodePage cp1252(1252);
+    ASSERT_TRUE(log.Write(u"Maß \u4e00\r\n"));  // an existing CR stays and gains another, as in text mode
+  }
   log.Close();
   EXPECT_EQ(ReadBytes(m_dir / "ansi.log"), "Ma\xC3\x9F\r\nMa\xDF ?\r\r\n");
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <cstring>
 
 namespace quarrix {
@@ -59,18 +61,19 @@ TEST(CSerializeExceptionTest, CopiesCatchingAndReporting) {
   EXPECT_EQ(a.GetExceptionID(), 12);
   CString shown;
   UINT shownType = 99;
-  auto previous = SetMessageBoxHandler([&](const CString& text, const CString&, UINT type) {
-    shown = text;
-    shownType = type;
-    return IDOK;
-  });
-  try {
-    throw CSerializeException(eSerNewerVersionRequired);
-  } catch (const CBaseException& e) {  // through the base, the class name still comes from the concrete class
-    EXPECT_EQ(e.GetExceptionClass(), u"SerializeException");
-    e.ReportException();
+  {
+    test::ScopedMessageBoxHandler recorder([&](const CString& text, const CString&, UINT type) {
+      shown = text;
+      shownType = type;
+      return IDOK;
+    });
+    try {
+      throw CSerializeException(eSerNewerVersionRequired);
+    } catch (const CBaseException& e) {  // through the base, the class name still comes from the concrete class
+      EXPECT_EQ(e.GetExceptionClass(), u"SerializeException");
+      e.ReportException();
+    }
   }
-  SetMessageBoxHandler(std::move(previous));
   EXPECT_EQ(shown, u"SerializeException  002 - The file you open requires a newer program version.");
   EXPECT_EQ(shownType, MB_OK);
 }

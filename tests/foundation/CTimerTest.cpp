@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <chrono>
 #include <thread>
 #include <vector>
@@ -59,16 +61,17 @@ TEST(CTimer, IndicesOutsideTheTwentyAreIgnored) {
 
 TEST(CTimer, ReportTexts) {
   std::vector<CString> shown;
-  auto previous = SetMessageBoxHandler([&](const CString& text, const CString&, UINT type) {
-    shown.push_back(text);
-    EXPECT_EQ(type, MB_OK);
-    return IDOK;
-  });
   CTimer timer;
-  EXPECT_EQ(timer.ReportTime(2, u"Load", true, true), u"Time Load: 0.000 Seconds");
-  EXPECT_EQ(timer.ReportTime(2, u"", false, true), u"Time: 0.000 Milliseconds");
-  EXPECT_EQ(timer.ReportTime(2, u"quiet", false, false), u"Time quiet: 0.000 Milliseconds");
-  SetMessageBoxHandler(std::move(previous));
+  {
+    test::ScopedMessageBoxHandler recorder([&](const CString& text, const CString&, UINT type) {
+      shown.push_back(text);
+      EXPECT_EQ(type, MB_OK);
+      return IDOK;
+    });
+    EXPECT_EQ(timer.ReportTime(2, u"Load", true, true), u"Time Load: 0.000 Seconds");
+    EXPECT_EQ(timer.ReportTime(2, u"", false, true), u"Time: 0.000 Milliseconds");
+    EXPECT_EQ(timer.ReportTime(2, u"quiet", false, false), u"Time quiet: 0.000 Milliseconds");
+  }
   EXPECT_EQ(shown, (std::vector<CString>{u"Time Load: 0.000 Seconds", u"Time: 0.000 Milliseconds"}));
 
   timer.Start(5);

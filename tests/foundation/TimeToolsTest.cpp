@@ -5,33 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <cerrno>
-#include <cstdlib>
 #include <ctime>
-#include <string>
 
 namespace quarrix {
 namespace {
 
-// Runs the tests of this file in a fixed zone with daylight saving, restoring the caller's afterwards.
+// Runs the tests of this file in a fixed zone with daylight saving, given as a POSIX rule (needs no tzdata).
 class TimeToolsTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    const char* tz = std::getenv("TZ");
-    m_hadTz = tz != nullptr;
-    if (tz) m_tz = tz;
-    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);  // a POSIX rule: needs no tzdata
-    tzset();
-  }
-  void TearDown() override {
-    if (m_hadTz) setenv("TZ", m_tz.c_str(), 1);
-    else unsetenv("TZ");
-    tzset();
-  }
-
  private:
-  bool m_hadTz = false;
-  std::string m_tz;
+  test::ScopedTimeZone m_zone{"CET-1CEST,M3.5.0,M10.5.0/3"};
 };
 
 TEST_F(TimeToolsTest, TimeStamps) {

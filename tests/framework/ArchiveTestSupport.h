@@ -131,14 +131,4 @@ template <class F>
   });
 }
 
-// Sets the ANSI code page for one test and restores the previous one.
-class AnsiCodePageScope {
- public:
-  explicit AnsiCodePageScope(UINT codePage) : m_previous(GetAnsiCodePage()) { EXPECT_TRUE(SetAnsiCodePage(codePage)); }
-  ~AnsiCodePageScope() { SetAnsiCodePage(m_previous); }
-
- private:
-  UINT m_previous;
-};
-
 }  // namespace quarrix::test

@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "framework/ArchiveTestSupport.h"
 
 #include <quarrix/framework/CArchive.h>
@@ -79,7 +80,7 @@ TEST(CArchiveTest, ReadsEveryStoredStringForm) {
   CString utf8;
   LoadWith(Hex("02 C3 A4"), [&](CArchive& ar) { ar >> utf8; });  // 8-bit text in the default ANSI page, UTF-8
   EXPECT_EQ(utf8, u"ä");
-  const test::AnsiCodePageScope codePage(1252);
+  const test::ScopedAnsiCodePage codePage(1252);
   const struct {
     const char* name;
     Bytes bytes;

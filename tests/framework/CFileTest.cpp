@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "framework/ArchiveTestSupport.h"
 
 #include <quarrix/framework/CFile.h>
@@ -144,7 +145,7 @@ TEST_F(FileTest, StdioWriteStringTranslatesLineEnds) {
   EXPECT_EQ(Contents("text.txt"), "a\r\nb\r\n\xC3\xA4");
   { CStdioFile(PathOf("binary.txt"), CFile::modeCreate | CFile::modeWrite | CFile::typeBinary).WriteString(u"a\nb"); }
   EXPECT_EQ(Contents("binary.txt"), "a\nb");
-  const test::AnsiCodePageScope codePage(1252);
+  const test::ScopedAnsiCodePage codePage(1252);
   { CStdioFile(PathOf("ansi.txt"), CFile::modeCreate | CFile::modeWrite).WriteString(u"Maß €"); }
   EXPECT_EQ(Contents("ansi.txt"), "Ma\xDF \x80");
   EXPECT_THROW(CStdioFile(PathOf("ansi.txt"), CFile::modeWrite).WriteString(nullptr), CInvalidArgException);

@@ -2,7 +2,7 @@
 
 #include <quarrix/framework/CException.h>
 
-#include "framework/FrameworkTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 

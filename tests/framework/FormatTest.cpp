@@ -3,7 +3,7 @@
 #include <quarrix/framework/CString.h>
 #include <quarrix/framework/CodePage.h>
 
-#include "framework/FrameworkTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 

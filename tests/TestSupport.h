@@ -1,5 +1,5 @@
 #pragma once
-// Scoped changes of process-wide state for the framework tests: each restores what it found, so that one
+// Scoped changes of process-wide state for the tests: each restores what it found, so that one
 // test's code page, time zone or message handler never leaks into the next.
 #include <quarrix/framework/CException.h>
 #include <quarrix/framework/CodePage.h>
