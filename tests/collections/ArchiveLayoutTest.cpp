@@ -1,6 +1,6 @@
 // The archive layouts of the integer collections: golden bytes for storing, what loading makes of a record
 // (into objects that already hold something), the version check, and a truncation table.
-#include "framework/ArchiveTestSupport.h"
+#include "foundation/SerializeTestSupport.h"
 
 #include <quarrix/collections/CIntArray.h>
 #include <quarrix/collections/CIntList.h>

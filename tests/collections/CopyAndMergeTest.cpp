@@ -1,6 +1,6 @@
 // Copies of the integer collections are element by element and independent of their source; the maps'
 // copies follow the source's iteration order, and Merge keeps or overwrites.
-#include "framework/ArchiveTestSupport.h"
+#include "foundation/SerializeTestSupport.h"
 
 #include <quarrix/collections/CIntArray.h>
 #include <quarrix/collections/CIntList.h>
